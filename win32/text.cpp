@@ -1,0 +1,77 @@
+#include "win32/text.h"
+
+#include <algorithm>
+
+#include "win32/flavour.h"
+
+namespace win32 {
+
+namespace {
+
+const LCID englishUnitedStates = 0x0409;
+
+int length(size_t size) { return static_cast<int>(size); }
+
+std::string encoded(UINT codePage, std::wstring_view text) {
+    if (text.empty()) return {};
+    int size = ::WideCharToMultiByte(codePage, 0, text.data(), length(text.size()), nullptr, 0, nullptr, nullptr);
+    std::string bytes(size, '\0');
+    ::WideCharToMultiByte(codePage, 0, text.data(), length(text.size()), bytes.data(), size, nullptr, nullptr);
+    return bytes;
+}
+
+bool isAscii(std::wstring_view text) {
+    return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c < 0x80; });
+}
+
+wchar_t loweredAscii(wchar_t c) { return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c; }
+
+std::wstring loweredByWindows(const std::wstring& text) {
+    return withFlavour([&](auto f) {
+        using F = decltype(f);
+        // Without LCMAP's LOCALE_USE_CP_ACP the ANSI form would read the text in the language's own code page.
+        DWORD how = LCMAP_LOWERCASE | (F::isWide ? 0 : LOCALE_USE_CP_ACP);
+        auto source = textOf<F>(text);
+        TextBuffer<F> result(source.size());
+        int written = F::lcMapString(englishUnitedStates, how, source.data(), length(source.size()), result.data(),
+                                     length(source.size()));
+        return written ? result.text(written) : text;
+    });
+}
+
+}  // namespace
+
+std::string toAnsi(std::wstring_view text) { return encoded(CP_ACP, text); }
+
+std::string toUtf8(std::wstring_view text) { return encoded(CP_UTF8, text); }
+
+std::wstring fromAnsi(std::string_view bytes) {
+    if (bytes.empty()) return {};
+    int size = ::MultiByteToWideChar(CP_ACP, 0, bytes.data(), length(bytes.size()), nullptr, 0);
+    std::wstring text(size, L'\0');
+    ::MultiByteToWideChar(CP_ACP, 0, bytes.data(), length(bytes.size()), text.data(), size);
+    return text;
+}
+
+bool survivesAnsi(std::wstring_view text) { return isAscii(text) || fromAnsi(toAnsi(text)) == text; }
+
+std::wstring lowered(std::wstring_view text) {
+    std::wstring result(text);
+    std::transform(result.begin(), result.end(), result.begin(), loweredAscii);
+    if (isAscii(text)) return result;
+    // A character that the code page lacks would be lost on the way: then only A to Z change.
+    if (flavour() == Flavour::ansi && !survivesAnsi(text)) return result;
+    return loweredByWindows(result);
+}
+
+bool sameIgnoringCase(std::wstring_view a, std::wstring_view b) {
+    return a.size() == b.size() && lowered(a) == lowered(b);
+}
+
+std::wstring trimmed(std::wstring_view text) {
+    size_t first = text.find_first_not_of(L' ');
+    if (first == std::wstring_view::npos) return {};
+    return std::wstring(text.substr(first, text.find_last_not_of(L' ') - first + 1));
+}
+
+}  // namespace win32

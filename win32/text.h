@@ -1,0 +1,26 @@
+// Texts: code page, letter case, blanks. Strings are UTF-16 std::wstring inside the whole program.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace win32 {
+
+// By the ANSI code page of this Windows; what it lacks becomes its replacement character.
+std::string toAnsi(std::wstring_view text);
+std::wstring fromAnsi(std::string_view bytes);
+
+// True when the text comes back the same from the code page: no character replaced, none "best fitted".
+bool survivesAnsi(std::wstring_view text);
+
+std::string toUtf8(std::wstring_view text);
+
+// Lower case by fixed rules, whatever the user's language (no dotless i).
+std::wstring lowered(std::wstring_view text);
+
+bool sameIgnoringCase(std::wstring_view a, std::wstring_view b);
+
+// Without the blanks (U+0020, no other white space) at both ends.
+std::wstring trimmed(std::wstring_view text);
+
+}  // namespace win32
