@@ -82,7 +82,9 @@ class BString {
     }
     ~BString() { ::SysFreeString(text_); }
 
-    static std::wstring_view view(BSTR text) { return text ? std::wstring_view(text, ::SysStringLen(text)) : std::wstring_view(); }
+    static std::wstring_view view(BSTR text) {
+        return text ? std::wstring_view(text, ::SysStringLen(text)) : std::wstring_view();
+    }
 
     BSTR get() const { return text_; }
     BSTR release() { return std::exchange(text_, nullptr); }
@@ -126,7 +128,8 @@ void check(HRESULT result);
 template <class Interface>
 ComPtr<Interface> create(REFCLSID clsid, REFIID iid) {
     ComPtr<Interface> object;
-    check(::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid, reinterpret_cast<void**>(object.out())));
+    check(::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid,
+                             reinterpret_cast<void**>(object.out())));
     return object;
 }
 

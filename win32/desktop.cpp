@@ -16,7 +16,8 @@ class RealDesktop : public Desktop {
     }
 
     UINT popUpMenu(HMENU menu, POINT position, HWND owner) override {
-        return ::TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, position.x, position.y, 0, owner, nullptr);
+        return ::TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, position.x, position.y, 0, owner,
+                                nullptr);
     }
 
     bool startProgram(const std::wstring& application, const std::wstring& commandLine) override {
@@ -30,10 +31,10 @@ class RealDesktop : public Desktop {
             typename F::String line = textOf<F>(commandLine);
             PROCESS_INFORMATION process = {};
             bool started = application.empty()
-                               ? f.createProcess(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr, nullptr,
-                                                 &startup, &process)
-                               : f.createProcess(f.in(application), line.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                                                 nullptr, &startup, &process);
+                               ? f.createProcess(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                                 nullptr, &startup, &process)
+                               : f.createProcess(f.in(application), line.data(), nullptr, nullptr, FALSE, 0,
+                                                 nullptr, nullptr, &startup, &process);
             OwnedObject processHandle(process.hProcess), threadHandle(process.hThread);
             return started;
         });
@@ -85,7 +86,9 @@ Desktop* current = &real;
 
 }  // namespace
 
-Desktop& desktop() { return *current; }
+Desktop& desktop() {
+    return *current;
+}
 
 Desktop* setDesktop(Desktop* desktop) {
     return std::exchange(current, desktop ? desktop : &real);

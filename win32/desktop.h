@@ -47,9 +47,17 @@ Desktop& desktop();
 // Sets another desktop and gives back the one before; null sets the real one.
 Desktop* setDesktop(Desktop* desktop);
 
-inline bool isNtFamily() { return (desktop().version() & 0x80000000) == 0; }
-inline unsigned majorVersion() { return desktop().version() & 0xFF; }
-inline unsigned minorVersion() { return (desktop().version() >> 8) & 0xFF; }
-inline bool isWindowsXp() { return isNtFamily() && majorVersion() == 5 && minorVersion() == 1; }
+inline bool isNtFamily() {
+    return (desktop().version() & 0x80000000) == 0;
+}
+inline unsigned majorVersion() {
+    return desktop().version() & 0xFF;
+}
+inline unsigned minorVersion() {
+    return (desktop().version() >> 8) & 0xFF;
+}
+inline bool isWindowsXp() {
+    return isNtFamily() && majorVersion() == 5 && minorVersion() == 1;
+}
 
 }  // namespace win32

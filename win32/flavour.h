@@ -12,8 +12,6 @@
 #include "win32/platform.h"
 #include "win32/text.h"
 
-#include <commctrl.h>
-#include <shellapi.h>
 #include <winver.h>
 
 namespace win32 {
@@ -27,63 +25,70 @@ Flavour flavour();
 void forceFlavour(Flavour flavour);
 
 // X(name in this code, name in the Windows API): one row per text function that the program calls.
-#define WIN32_TEXT_FUNCTIONS(X)                                  \
-    X(appendMenu, AppendMenu)                                    \
-    X(callWindowProc, CallWindowProc)                            \
-    X(createDirectory, CreateDirectory)                          \
-    X(createFile, CreateFile)                                    \
-    X(createFontIndirect, CreateFontIndirect)                    \
-    X(createProcess, CreateProcess)                              \
-    X(createWindowEx, CreateWindowEx)                            \
-    X(defWindowProc, DefWindowProc)                              \
-    X(deleteFile, DeleteFile)                                    \
-    X(dispatchMessage, DispatchMessage)                          \
-    X(drawText, DrawText)                                        \
-    X(expandEnvironmentStrings, ExpandEnvironmentStrings)        \
-    X(findFirstFile, FindFirstFile)                              \
-    X(findNextFile, FindNextFile)                                \
-    X(formatMessage, FormatMessage)                              \
-    X(getDateFormat, GetDateFormat)                              \
-    X(getEnvironmentVariable, GetEnvironmentVariable)            \
-    X(getFileAttributes, GetFileAttributes)                      \
-    X(getFileVersionInfo, GetFileVersionInfo)                    \
-    X(getFileVersionInfoSize, GetFileVersionInfoSize)            \
-    X(getMessage, GetMessage)                                    \
-    X(getModuleFileName, GetModuleFileName)                      \
-    X(getSystemDirectory, GetSystemDirectory)                    \
-    X(getTempPath, GetTempPath)                                  \
-    X(getTimeFormat, GetTimeFormat)                              \
-    X(getWindowsDirectory, GetWindowsDirectory)                  \
-    X(getWindowText, GetWindowText)                              \
-    X(getWindowTextLength, GetWindowTextLength)                  \
-    X(isDialogMessage, IsDialogMessage)                          \
-    X(lcMapString, LCMapString)                                  \
-    X(loadCursor, LoadCursor)                                    \
-    X(loadImage, LoadImage)                                      \
-    X(loadLibrary, LoadLibrary)                                  \
-    X(loadString, LoadString)                                    \
-    X(messageBox, MessageBox)                                    \
-    X(moveFile, MoveFile)                                        \
-    X(peekMessage, PeekMessage)                                  \
-    X(postMessage, PostMessage)                                  \
-    X(regCreateKeyEx, RegCreateKeyEx)                            \
-    X(regDeleteKey, RegDeleteKey)                                \
-    X(regDeleteValue, RegDeleteValue)                            \
-    X(regEnumKeyEx, RegEnumKeyEx)                                \
-    X(regEnumValue, RegEnumValue)                                \
-    X(regOpenKeyEx, RegOpenKeyEx)                                \
-    X(regQueryInfoKey, RegQueryInfoKey)                          \
-    X(regQueryValueEx, RegQueryValueEx)                          \
-    X(regSetValueEx, RegSetValueEx)                              \
-    X(registerClass, RegisterClass)                              \
-    X(searchPath, SearchPath)                                    \
-    X(sendMessage, SendMessage)                                  \
-    X(setEnvironmentVariable, SetEnvironmentVariable)            \
-    X(setFileAttributes, SetFileAttributes)                      \
-    X(setWindowText, SetWindowText)                              \
-    X(shellExecute, ShellExecute)                                \
-    X(shellExecuteEx, ShellExecuteEx)                            \
-    X(systemParametersInfo, SystemParametersInfo)                \
+#define WIN32_TEXT_FUNCTIONS(X)                           \
+    X(appendMenu, AppendMenu)                             \
+    X(callWindowProc, CallWindowProc)                     \
+    X(createDirectory, CreateDirectory)                   \
+    X(createFile, CreateFile)                             \
+    X(createFontIndirect, CreateFontIndirect)             \
+    X(createProcess, CreateProcess)                       \
+    X(createWindowEx, CreateWindowEx)                     \
+    X(defWindowProc, DefWindowProc)                       \
+    X(deleteFile, DeleteFile)                             \
+    X(dispatchMessage, DispatchMessage)                   \
+    X(drawText, DrawText)                                 \
+    X(expandEnvironmentStrings, ExpandEnvironmentStrings) \
+    X(findFirstFile, FindFirstFile)                       \
+    X(findNextFile, FindNextFile)                         \
+    X(formatMessage, FormatMessage)                       \
+    X(getDateFormat, GetDateFormat)                       \
+    X(getEnvironmentVariable, GetEnvironmentVariable)     \
+    X(getFileAttributes, GetFileAttributes)               \
+    X(getFileVersionInfo, GetFileVersionInfo)             \
+    X(getFileVersionInfoSize, GetFileVersionInfoSize)     \
+    X(getMessage, GetMessage)                             \
+    X(getModuleFileName, GetModuleFileName)               \
+    X(getModuleHandle, GetModuleHandle)                   \
+    X(getSystemDirectory, GetSystemDirectory)             \
+    X(getTempPath, GetTempPath)                           \
+    X(getTimeFormat, GetTimeFormat)                       \
+    X(getVersionEx, GetVersionEx)                         \
+    X(getWindowsDirectory, GetWindowsDirectory)           \
+    X(getWindowText, GetWindowText)                       \
+    X(getWindowTextLength, GetWindowTextLength)           \
+    X(isDialogMessage, IsDialogMessage)                   \
+    X(lcMapString, LCMapString)                           \
+    X(loadCursor, LoadCursor)                             \
+    X(loadImage, LoadImage)                               \
+    X(loadLibrary, LoadLibrary)                           \
+    X(loadString, LoadString)                             \
+    X(messageBox, MessageBox)                             \
+    X(moveFile, MoveFile)                                 \
+    X(peekMessage, PeekMessage)                           \
+    X(postMessage, PostMessage)                           \
+    X(regCreateKeyEx, RegCreateKeyEx)                     \
+    X(regDeleteKey, RegDeleteKey)                         \
+    X(regDeleteValue, RegDeleteValue)                     \
+    X(regEnumKeyEx, RegEnumKeyEx)                         \
+    X(regEnumValue, RegEnumValue)                         \
+    X(regOpenKeyEx, RegOpenKeyEx)                         \
+    X(regQueryInfoKey, RegQueryInfoKey)                   \
+    X(regQueryValueEx, RegQueryValueEx)                   \
+    X(regSetValueEx, RegSetValueEx)                       \
+    X(registerClass, RegisterClass)                       \
+    X(searchPath, SearchPath)                             \
+    X(sendMessage, SendMessage)                           \
+    X(setEnvironmentVariable, SetEnvironmentVariable)     \
+    X(setFileAttributes, SetFileAttributes)               \
+    X(setWindowText, SetWindowText)                       \
+    X(shellExecute, ShellExecute)                         \
+    X(shellExecuteEx, ShellExecuteEx)                     \
+    X(systemParametersInfo, SystemParametersInfo)         \
+    X(getObject, GetObject)                               \
+    X(loadLibraryEx, LoadLibraryEx)                       \
+    X(getDriveType, GetDriveType)                         \
+    X(getWindowLongPtr, GetWindowLongPtr)                 \
+    X(setWindowLongPtr, SetWindowLongPtr)                 \
     X(verQueryValue, VerQueryValue)
 
 // One forwarding function per row. A null pointer has to be spelt nullptr.
@@ -104,13 +109,16 @@ struct WideFlavour {
     using FindData = WIN32_FIND_DATAW;
     using WindowClass = WNDCLASSW;
     using LogicalFont = LOGFONTW;
+    using HighContrast = HIGHCONTRASTW;
     using NonClientMetrics = NONCLIENTMETRICSW;
+    using OsVersionInfo = OSVERSIONINFOW;
     using StartupInfo = STARTUPINFOW;
     using ShellExecuteInfo = SHELLEXECUTEINFOW;
     using ListViewItem = LVITEMW;
     using ListViewColumn = LVCOLUMNW;
     using TabItem = TCITEMW;
     static constexpr bool isWide = true;
+    // The pointer lives as long as the text: a text made on the spot is only for the call it is made in.
     static const wchar_t* in(const std::wstring& text) { return text.c_str(); }
     static const wchar_t* resource(int number) { return MAKEINTRESOURCEW(number); }
     static std::wstring out(const wchar_t* text, size_t length) { return {text, length}; }
@@ -130,7 +138,9 @@ struct AnsiFlavour {
     using FindData = WIN32_FIND_DATAA;
     using WindowClass = WNDCLASSA;
     using LogicalFont = LOGFONTA;
+    using HighContrast = HIGHCONTRASTA;
     using NonClientMetrics = NONCLIENTMETRICSA;
+    using OsVersionInfo = OSVERSIONINFOA;
     using StartupInfo = STARTUPINFOA;
     using ShellExecuteInfo = SHELLEXECUTEINFOA;
     using ListViewItem = LVITEMA;

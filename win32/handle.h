@@ -79,6 +79,8 @@ using OwnedFont = Owned<FontTraits>;
 using OwnedBitmap = Owned<BitmapTraits>;
 
 // On 9x a failing stub gives NULL where the NT family gives INVALID_HANDLE_VALUE; both mean "none".
-inline HANDLE noneIfNull(HANDLE handle) { return handle ? handle : INVALID_HANDLE_VALUE; }
+inline HANDLE noneIfNull(HANDLE handle) {
+    return handle ? handle : INVALID_HANDLE_VALUE;
+}
 
 }  // namespace win32

@@ -11,13 +11,20 @@
 #ifndef NOMINMAX
 #define NOMINMAX
 #endif
+// The standard headers may have chosen a newer Windows already.
+#undef WINVER
+#undef _WIN32_WINNT
+#undef _WIN32_IE
 #define WINVER 0x0500
 #define _WIN32_WINNT 0x0500
 #define _WIN32_IE 0x0400
 
-#include <windows.h>
 #include <ole2.h>
 #include <oleauto.h>
+#include <windows.h>
+
+#include <commctrl.h>
+#include <shellapi.h>
 
 #undef CreateFont
 #undef CreateWindow

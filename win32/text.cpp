@@ -10,13 +10,17 @@ namespace {
 
 const LCID englishUnitedStates = 0x0409;
 
-int length(size_t size) { return static_cast<int>(size); }
+int length(size_t size) {
+    return static_cast<int>(size);
+}
 
 std::string encoded(UINT codePage, std::wstring_view text) {
     if (text.empty()) return {};
-    int size = ::WideCharToMultiByte(codePage, 0, text.data(), length(text.size()), nullptr, 0, nullptr, nullptr);
+    int size =
+        ::WideCharToMultiByte(codePage, 0, text.data(), length(text.size()), nullptr, 0, nullptr, nullptr);
     std::string bytes(size, '\0');
-    ::WideCharToMultiByte(codePage, 0, text.data(), length(text.size()), bytes.data(), size, nullptr, nullptr);
+    ::WideCharToMultiByte(codePage, 0, text.data(), length(text.size()), bytes.data(), size, nullptr,
+                          nullptr);
     return bytes;
 }
 
@@ -24,26 +28,33 @@ bool isAscii(std::wstring_view text) {
     return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c < 0x80; });
 }
 
-wchar_t loweredAscii(wchar_t c) { return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c; }
+wchar_t loweredAscii(wchar_t c) {
+    return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c;
+}
 
 std::wstring loweredByWindows(const std::wstring& text) {
     return withFlavour([&](auto f) {
         using F = decltype(f);
-        // Without LCMAP's LOCALE_USE_CP_ACP the ANSI form would read the text in the language's own code page.
+        // Without LCMAP's LOCALE_USE_CP_ACP the ANSI form would read the text in the language's own code
+        // page.
         DWORD how = LCMAP_LOWERCASE | (F::isWide ? 0 : LOCALE_USE_CP_ACP);
         auto source = textOf<F>(text);
         TextBuffer<F> result(source.size());
-        int written = F::lcMapString(englishUnitedStates, how, source.data(), length(source.size()), result.data(),
-                                     length(source.size()));
+        int written = F::lcMapString(englishUnitedStates, how, source.data(), length(source.size()),
+                                     result.data(), length(source.size()));
         return written ? result.text(written) : text;
     });
 }
 
 }  // namespace
 
-std::string toAnsi(std::wstring_view text) { return encoded(CP_ACP, text); }
+std::string toAnsi(std::wstring_view text) {
+    return encoded(CP_ACP, text);
+}
 
-std::string toUtf8(std::wstring_view text) { return encoded(CP_UTF8, text); }
+std::string toUtf8(std::wstring_view text) {
+    return encoded(CP_UTF8, text);
+}
 
 std::wstring fromAnsi(std::string_view bytes) {
     if (bytes.empty()) return {};
@@ -53,7 +64,22 @@ std::wstring fromAnsi(std::string_view bytes) {
     return text;
 }
 
-bool survivesAnsi(std::wstring_view text) { return isAscii(text) || fromAnsi(toAnsi(text)) == text; }
+std::wstring bytesAsText(std::string_view bytes) {
+    std::wstring text(bytes.size(), L'\0');
+    std::transform(bytes.begin(), bytes.end(), text.begin(),
+                   [](char byte) { return static_cast<unsigned char>(byte); });
+    return text;
+}
+
+std::string textAsBytes(std::wstring_view text) {
+    std::string bytes(text.size(), '\0');
+    std::transform(text.begin(), text.end(), bytes.begin(), [](wchar_t c) { return static_cast<char>(c); });
+    return bytes;
+}
+
+bool survivesAnsi(std::wstring_view text) {
+    return isAscii(text) || fromAnsi(toAnsi(text)) == text;
+}
 
 std::wstring lowered(std::wstring_view text) {
     std::wstring result(text);

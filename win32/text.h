@@ -13,6 +13,10 @@ std::wstring fromAnsi(std::string_view bytes);
 // True when the text comes back the same from the code page: no character replaced, none "best fitted".
 bool survivesAnsi(std::wstring_view text);
 
+// One character U+0000 to U+00FF for each byte, and back.
+std::wstring bytesAsText(std::string_view bytes);
+std::string textAsBytes(std::wstring_view text);
+
 std::string toUtf8(std::wstring_view text);
 
 // Lower case by fixed rules, whatever the user's language (no dotless i).

@@ -1,0 +1,23 @@
+#include "win32/folders.h"
+
+#include "win32/files.h"
+#include "win32/flavour.h"
+#include "win32/handle.h"
+
+namespace win32 {
+
+bool holdsNormalFile(const std::wstring& folder) {
+    NoFileRedirection wholeSystem;
+    return withFlavour([&](auto f) {
+        typename decltype(f)::FindData found;
+        OwnedFind search(noneIfNull(f.findFirstFile(f.in(folder + L"*"), &found)));
+        if (!search) return false;
+        const DWORD notNormal = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
+        do {
+            if (!(found.dwFileAttributes & notNormal)) return true;
+        } while (f.findNextFile(search.get(), &found));
+        return false;
+    });
+}
+
+}  // namespace win32

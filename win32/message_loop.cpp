@@ -1,0 +1,23 @@
+#include "win32/message_loop.h"
+
+#include "win32/flavour.h"
+
+namespace win32 {
+
+int runMessageLoop(const std::function<bool(MSG&)>& preview) {
+    return withFlavour([&](auto f) {
+        MSG message;
+        while (f.getMessage(&message, nullptr, 0u, 0u) > 0) {
+            if (preview(message)) continue;
+            ::TranslateMessage(&message);
+            f.dispatchMessage(&message);
+        }
+        return static_cast<int>(message.wParam);
+    });
+}
+
+bool isDialogKey(HWND window, MSG& message) {
+    return withFlavour([&](auto f) { return f.isDialogMessage(window, &message) != FALSE; });
+}
+
+}  // namespace win32

@@ -1,0 +1,17 @@
+// The message loop of the user-interface thread.
+#pragma once
+
+#include <functional>
+
+#include "win32/platform.h"
+
+namespace win32 {
+
+// Runs until the program is asked to end; gives back its exit code. `preview` sees each message first and
+// keeps from its window what it answers true for.
+int runMessageLoop(const std::function<bool(MSG&)>& preview);
+
+// Lets a window's dialog keys (Tab, access keys) do their work; true when the message was one.
+bool isDialogKey(HWND window, MSG& message);
+
+}  // namespace win32

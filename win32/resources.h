@@ -1,0 +1,21 @@
+// What the program carries with it: its string table and pictures.
+#pragma once
+
+#include <string>
+
+#include "win32/handle.h"
+
+namespace win32 {
+
+// Entry `number` of the program's string table, empty when there is none.
+std::wstring loadString(int number);
+
+struct ImageListTraits : NullIsNone<HIMAGELIST> {
+    static void close(HIMAGELIST images) { ::ImageList_Destroy(images); }
+};
+using OwnedImageList = Owned<ImageListTraits>;
+
+// A strip of pictures from a bitmap resource, `width` pixels each; the mask colour is transparent.
+OwnedImageList loadImages(int resource, int width, COLORREF mask);
+
+}  // namespace win32
