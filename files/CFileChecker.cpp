@@ -1,0 +1,51 @@
+#include "files/CFileChecker.h"
+
+#include "files/command_line.h"
+#include "files/windows_folders.h"
+#include "win32/desktop.h"
+#include "win32/environment.h"
+#include "win32/files.h"
+#include "win32/text.h"
+
+namespace files {
+
+namespace {
+
+const std::wstring nativePrefix = L"\\??\\";
+
+std::vector<std::wstring> foldersOf(const std::wstring& path) {
+    std::vector<std::wstring> folders;
+    for (size_t at = 0; at <= path.size();) {
+        size_t end = std::min(path.find(L';', at), path.size());
+        folders.push_back(withBackslash(path.substr(at, end - at)));
+        at = end + 1;
+    }
+    return folders;
+}
+
+std::wstring resolved(const std::wstring& name) {
+    std::wstring found = win32::searchPath(name);
+    if (found.empty()) return name;
+    return win32::isNtFamily() ? win32::longPath(found) : found;
+}
+
+}  // namespace
+
+CFileChecker::CFileChecker() : searchFolders_(foldersOf(win32::environmentVariable(L"path"))) {}
+
+std::wstring CFileChecker::GetFileNameFromCommandLine(const std::wstring& cl) const {
+    return files::GetFileNameFromCommandLine(cl);
+}
+
+std::wstring CFileChecker::GetFullFileNameFromShortFilename(const std::wstring& fileName) {
+    if (auto known = cache_.find(fileName)) return *known;
+    std::wstring trimmed = win32::trimmed(fileName);
+    bool isNative = trimmed.compare(0, nativePrefix.size(), nativePrefix) == 0;
+    std::wstring result = resolved(isNative ? trimmed.substr(nativePrefix.size()) : trimmed);
+    // Looked up as passed but stored trimmed, on purpose: a name with blanks around it is searched every
+    // time.
+    cache_.Add(result, trimmed);
+    return result;
+}
+
+}  // namespace files

@@ -1,0 +1,34 @@
+// From a configured command to the one file on disk that it starts.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "helmkit/client.h"
+
+namespace files {
+
+// Lives for one refresh of a list: answers are remembered and never looked up again, so a file that comes or
+// goes meanwhile keeps its first answer until the next refresh makes a new checker.
+class CFileChecker {
+  public:
+    CFileChecker();
+
+    // The file part of a command line (files/command_line.h).
+    std::wstring GetFileNameFromCommandLine(const std::wstring& cl) const;
+
+    // The full, long path of a file as the system's search finds it (SearchPath with no path of its own), or
+    // the name itself, less a leading "\??\", when it finds none. On the NT family a path that cannot be made
+    // long (GetLongPathName) becomes the empty text; on Windows 95, 98 and Me paths stay as they were found.
+    std::wstring GetFullFileNameFromShortFilename(const std::wstring& fileName);
+
+    // The folders of the environment variable PATH, each with a backslash at its end; an empty one is "\".
+    // The search follows the system's own order and does not consult them.
+    const std::vector<std::wstring>& searchFolders() const { return searchFolders_; }
+
+  private:
+    helmkit::KeyedList cache_;
+    std::vector<std::wstring> searchFolders_;
+};
+
+}  // namespace files

@@ -1,0 +1,19 @@
+#include "files/windows_folders.h"
+
+#include "helmkit/client.h"
+#include "win32/desktop.h"
+#include "win32/text.h"
+
+namespace files {
+
+std::wstring withBackslash(std::wstring path) {
+    if (path.empty() || path.back() != L'\\') path += L'\\';
+    return path;
+}
+
+void GetWindowsFolders(std::wstring& winDir, std::wstring& sysDir) {
+    winDir = withBackslash(win32::lowered(helmkit::systemServices().ExpandEnvironment(L"%windir%")));
+    sysDir = winDir + (win32::isNtFamily() ? L"system32\\" : L"system\\");
+}
+
+}  // namespace files
