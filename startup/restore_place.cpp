@@ -1,0 +1,57 @@
+#include "startup/ini_lines.h"
+#include "startup/special_places.h"
+#include "win32/desktop.h"
+#include "win32/error.h"
+
+namespace startup {
+
+namespace {
+
+void raiseUnlessDone(LONG status, const std::wstring& what) {
+    if (status != ERROR_SUCCESS) win32::raiseWin32(status, what);
+}
+
+// Only Windows XP has a logon program to fall back on; elsewhere the value does not belong there.
+bool isValueToDelete(const SpecialPlace& place) {
+    return place.name == L"UIHost" && !win32::isWindowsXp();
+}
+
+void restoreRegistryValue(helmkit::RegistryAccess& registry, const SpecialPlace& place) {
+    LONG status = isValueToDelete(place)
+                      ? registry.DeleteValue(place.hive, place.location, place.name)
+                      : registry.WriteValue(place.hive, place.location, place.name, place.restoredValue);
+    raiseUnlessDone(status, place.location);
+}
+
+void restoreIniLine(const SpecialPlace& place, const std::wstring& winDir) {
+    const std::wstring file = winDir + place.location;
+    const std::wstring text = helmkit::fileServices().ReadTextFile(file);
+    helmkit::fileServices().WriteTextFile(
+        file, withLinesReplaced(text, place.name, place.name + place.restoredValue));
+}
+
+void clearRunOnceEx(helmkit::RegistryAccess& registry, const SpecialPlace& place) {
+    for (const std::wstring& subkey : registry.EnumSubkeys(place.hive, place.location)) {
+        raiseUnlessDone(registry.DeleteKey(place.hive, place.location + L"\\" + subkey), subkey);
+    }
+    for (const std::wstring& value : registry.EnumValues(place.hive, place.location)) {
+        raiseUnlessDone(registry.DeleteValue(place.hive, place.location, value), value);
+    }
+}
+
+}  // namespace
+
+void restorePlace(helmkit::RegistryAccess& registry, const SpecialPlace& place, const std::wstring& winDir) {
+    switch (place.kind) {
+        case PlaceKind::registryValue:
+            return restoreRegistryValue(registry, place);
+        case PlaceKind::iniLine:
+            return restoreIniLine(place, winDir);
+        case PlaceKind::runOnceEx:
+            return clearRunOnceEx(registry, place);
+        case PlaceKind::startupFolder:
+            return;
+    }
+}
+
+}  // namespace startup
