@@ -1,0 +1,109 @@
+#include "app/FMain.h"
+#include "resources/resource_ids.h"
+#include "startup/messages.h"
+#include "win32/date_time.h"
+#include "win32/desktop.h"
+#include "win32/text.h"
+#include "win32/utf16_bytes.h"
+
+namespace app {
+
+namespace {
+
+using helmkit::HKCU;
+using helmkit::HKLM;
+
+// What is exported, in this order, in exactly these letters. An operation without a value name exports the
+// key with everything below it.
+const struct Export {
+    LONG hive;
+    const wchar_t* keyPath;
+    const wchar_t* valueName;
+} exports[] = {
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run", nullptr},
+    {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run", nullptr},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunServices", nullptr},
+    {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunServices", nullptr},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce", nullptr},
+    {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce", nullptr},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunServicesOnce", nullptr},
+    {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunServicesOnce", nullptr},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\policies\\Explorer\\Run", nullptr},
+    {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\policies\\Explorer\\Run", nullptr},
+    {HKLM, L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon\\Notify", nullptr},
+    {HKCU, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Windows", L"run"},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Windows", L"run"},
+    {HKCU, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Windows", L"load"},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Windows", L"load"},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon", L"shell"},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon", L"userinit"},
+    {HKLM, L"SYSTEM\\CurrentControlSet\\Control\\Session Manager", L"BootExecute"},
+    {HKCU, L"Control Panel\\Desktop", L"SCRNSAVE.EXE"},
+    {HKLM, L"SOFTWARE\\Microsoft\\Command Processor", L"AutoRun"},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon", L"VmApplet"},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon", L"UIHost"},
+    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnceEx", nullptr},
+    {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnceEx", nullptr},
+};
+
+// The comment lines of an export text that name what could not be written.
+template <class Report>
+void reportOmissions(const std::wstring& text, Report report) {
+    const std::wstring mark = L"; not exported: ";
+    for (size_t at = text.find(mark); at != std::wstring::npos; at = text.find(mark, at + 1)) {
+        bool startsLine = at == 0 || text[at - 1] == L'\n';
+        if (startsLine) report(text.substr(at + 2, text.find(L"\r\n", at) - at - 2));
+    }
+}
+
+std::wstring exportBody() {
+    helmkit::RegistryAccess registry;
+    std::wstring body;
+    for (const Export& row : exports) {
+        body += row.valueName ? registry.ExportValue(row.hive, row.keyPath, row.valueName)
+                              : registry.ExportKey(row.hive, row.keyPath);
+    }
+    return body;
+}
+
+// Registry editors of Windows 95, 98 and Me read only the ANSI form, those of the NT family from 2000 on also
+// the UTF-16 one. Texts are handed on as one character per byte, which is how they are written.
+std::wstring fileContents(const std::wstring& body) {
+    if (!win32::isNtFamily()) return win32::bytesAsText(win32::toAnsi(L"REGEDIT4\r\n" + body));
+    const std::wstring byteOrderMark = L"\xFEFF";
+    return win32::bytesAsText(
+        win32::bytesOf(byteOrderMark + L"Windows Registry Editor Version 5.00\r\n" + body));
+}
+
+}  // namespace
+
+void FMain::BackupRegistry() {
+    trapped(L".BackupRegistry", [&] {
+        const std::wstring folder = programFolder() + L"\\Backup";
+        helmkit::fileServices().CreateFolder(folder);
+        const std::wstring body = exportBody();
+        reportOmissions(body, [&](const std::wstring& omission) {
+            logger_.WriteLog(0, omission, helmkit::caughtError, source(L".BackupRegistry"));
+        });
+        const std::wstring file = helmkit::systemServices().FormatMessage(
+            L"%1\\Backup %2.reg", {folder, win32::fileNameDateTime(win32::desktop().localTime())});
+        helmkit::fileServices().WriteTextFile(file, fileContents(body));
+    });
+}
+
+// The message says so after a failed backup too, on purpose; the failure is in the log.
+void FMain::mnuBackup_Click() {
+    trapped(L".mnuBackup_Click", [&] {
+        BackupRegistry();
+        startup::showMessage(handle(), STRING_BACKUP_COMPLETE, startup::informationBox);
+    });
+}
+
+void FMain::mnuRestore_Click() {
+    trapped(L".mnuRestore_Click", [&] {
+        startup::showMessage(handle(), STRING_RESTORE, startup::informationBox);
+        win32::desktop().openFolder(handle(), programFolder() + L"\\Backup\\");
+    });
+}
+
+}  // namespace app

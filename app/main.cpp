@@ -1,0 +1,49 @@
+
+#include "app/FMain.h"
+#include "helmkit/client.h"
+#include "win32/com.h"
+#include "win32/desktop.h"
+#include "win32/environment.h"
+#include "win32/message_loop.h"
+#include "win32/system.h"
+
+namespace {
+
+// On 64-bit Windows a 32-bit program is told the folders of 32-bit programs; the startup entries are those of
+// the whole system, so their environment references mean the others.
+void useFoldersOfTheWholeSystem() {
+    if (!win32::isRedirected()) return;
+    for (const wchar_t* name : {L"ProgramFiles", L"CommonProgramFiles"}) {
+        const bool isProgramFiles = std::wstring(name) == L"ProgramFiles";
+        std::wstring whole =
+            win32::environmentVariable(isProgramFiles ? L"ProgramW6432" : L"CommonProgramW6432");
+        if (!whole.empty()) win32::setEnvironmentVariable(name, whole);
+    }
+}
+
+int runProgram() {
+    win32::ComApartment com;
+    struct ServicesOfTheRun {
+        ~ServicesOfTheRun() { helmkit::releaseSharedServices(); }
+    } services;
+    app::FMain fMain;
+    if (!fMain.Form_Initialize()) return 1;
+    fMain.Form_Load();
+    fMain.show();
+    return win32::runMessageLoop([&](MSG& message) { return fMain.preview(message); });
+}
+
+}  // namespace
+
+int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
+    ::InitCommonControls();
+    useFoldersOfTheWholeSystem();
+    try {
+        return runProgram();
+    } catch (...) {
+        // The window itself could not be made, and there is no log yet.
+        const win32::Error error = win32::currentError();
+        win32::desktop().messageBox(nullptr, error.description, L"Quillon", MB_ICONERROR);
+        return 2;
+    }
+}

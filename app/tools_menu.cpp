@@ -1,0 +1,56 @@
+#include "app/FMain.h"
+#include "build_settings.h"
+#include "files/explorer.h"
+#include "files/windows_folders.h"
+#include "resources/resource_ids.h"
+#include "startup/messages.h"
+#include "win32/desktop.h"
+
+namespace app {
+
+namespace {
+
+// The companion tools by their rows in the menu; row 2 is a separator.
+const struct {
+    const wchar_t* product;
+    const wchar_t* programFile;
+} tools[] = {{L"Corvana", L"Corvana.exe"},
+             {L"Teselin", L"Teselin.exe"},
+             {nullptr, nullptr},
+             {L"Morrowfen", L"Morrowfen.exe"}};
+
+// The installed program, empty when it is not installed or its file is gone.
+std::wstring installedProgram(const std::wstring& product, const std::wstring& programFile) {
+    helmkit::RegistryAccess registry;
+    std::wstring path =
+        registry.ReadValue(helmkit::HKLM, L"SOFTWARE\\Mardelix\\" + product, L"InstallPath").data;
+    if (path.empty()) return {};
+    path = files::withBackslash(path) + programFile;
+    return helmkit::fileServices().FileExists(path) ? path : std::wstring();
+}
+
+}  // namespace
+
+void FMain::mnuTandem_Click(unsigned index) {
+    trapped(L".mnuTandem_Click", [&] {
+        const auto& tool = tools[index];
+        if (!tool.product) return;
+        const std::wstring program = installedProgram(tool.product, tool.programFile);
+        if (!program.empty()) {
+            // Quoted, so that no program is found at a blank inside a folder's name.
+            win32::desktop().startProgram(program, L"\"" + program + L"\"");
+            return;
+        }
+        startup::showMessage(handle(), STRING_TOOL_NOT_INSTALLED, startup::exclamation, {tool.product});
+        const UINT ask = MB_ICONINFORMATION | MB_OKCANCEL;
+        if (startup::showMessage(handle(), STRING_DOWNLOAD_TOOL, ask, {tool.product}) == IDOK) {
+            files::startExplorer(settings::downloadAddress(tool.programFile));
+        }
+    });
+}
+
+void FMain::mnuVisitWebsite_Click() {
+    trapped(L".mnuVisitWebsite_Click", [&] { files::startExplorer(settings::homePage); });
+}
+
+}  // namespace app

@@ -1,0 +1,28 @@
+// The help page: a picture and what the program is.
+#pragma once
+
+#include "helmkit/client.h"
+#include "win32/placed_control.h"
+#include "win32/tab_page.h"
+
+namespace support {
+
+class ucHelp : public win32::TabPage {
+  public:
+    // Makes the page, hidden, as a child of `parent`.
+    explicit ucHelp(HWND parent);
+
+    // Keeps the logger and shows the description from the string table.
+    void Init(helmkit::Logger& log);
+
+  protected:
+    LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+  private:
+    void UserControl_Resize(int width, int height);
+
+    helmkit::Logger log_;
+    win32::PlacedControl lblDescr_;
+};
+
+}  // namespace support
