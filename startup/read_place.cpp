@@ -30,7 +30,9 @@ PlaceState readRegistryValue(helmkit::RegistryAccess& registry, const SpecialPla
 PlaceState readIniLine(const SpecialPlace& place, const std::wstring& winDir) {
     PlaceState state;
     std::wstring rest;
-    for (const std::wstring& line : iniLines(helmkit::fileServices().ReadTextFile(winDir + place.location))) {
+    const std::wstring file = winDir + place.location;
+    if (!helmkit::fileServices().FileExists(file)) return state;
+    for (const std::wstring& line : iniLines(helmkit::fileServices().ReadTextFile(file))) {
         if (!isIniLine(line, place.name, rest)) continue;
         if (rest.empty() && !place.hasDefault) continue;
         std::wstring value = win32::fromAnsi(win32::textAsBytes(rest));

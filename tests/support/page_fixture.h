@@ -1,0 +1,69 @@
+// A Windows of a test's own around a startup page: registry, Windows folder, desktop, logger.
+#pragma once
+
+#include "tests/support/helmkit_classes.h"
+#include "tests/support/recording_logger.h"
+#include "tests/support/registry_fixture.h"
+#include "tests/support/scripted_desktop.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/text.h"
+#include "tests/support/versioned_file.h"
+#include "win32/environment.h"
+#include "win32/list_view.h"
+#include "win32/scale.h"
+#include "win32/window.h"
+
+// The parent of the pages, 400 x 300 pixels and never shown.
+class HiddenWindow : public win32::Window {
+  public:
+    HiddenWindow() {
+        create(L"QuillonTestWindow", L"test", WS_OVERLAPPEDWINDOW, 0, nullptr, nullptr);
+        ::SetWindowPos(handle(), nullptr, 0, 0, 400, 300, SWP_NOZORDER | SWP_NOACTIVATE);
+    }
+};
+
+// An environment variable with another value for a while.
+class Variable {
+  public:
+    Variable(const std::wstring& name, const std::wstring& value)
+        : name_(name), before_(win32::environmentVariable(name)) {
+        win32::setEnvironmentVariable(name, value);
+    }
+    ~Variable() { win32::setEnvironmentVariable(name_, before_); }
+    Variable(const Variable&) = delete;
+    Variable& operator=(const Variable&) = delete;
+
+  private:
+    std::wstring name_, before_;
+};
+
+struct PageFixture {
+    TempFolder folder;
+    // What %windir% and %programfiles% mean: folders of the test's own.
+    std::wstring windows = folder.file(L"Windows"), programs = folder.file(L"Programs");
+    Variable windirVariable{L"windir", windows}, programsVariable{L"programfiles", programs};
+    RegistryFixture registry;
+    HelmkitClasses classes;
+    ScriptedDesktop desktop;
+    RecordingLogger log;
+    HiddenWindow parent;
+
+    PageFixture() {
+        for (const std::wstring& path : {windows, windows + L"\\system32", windows + L"\\system", programs}) {
+            REQUIRE(::CreateDirectoryW(path.c_str(), nullptr));
+        }
+    }
+
+    // The path of a new program file in a folder of the fixture.
+    std::wstring program(const std::wstring& path, const VersionStrings& strings = {}) {
+        makeProgramFile(path, strings);
+        return path;
+    }
+
+    static HWND control(const win32::Window& page, int id) { return ::GetDlgItem(page.handle(), id); }
+    static std::wstring fileBox(const win32::Window& page) { return win32::textOf(control(page, 102)); }
+    static void press(const win32::Window& page, int button) {
+        ::SendMessageW(page.handle(), WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
+                       reinterpret_cast<LPARAM>(control(page, button)));
+    }
+};

@@ -1,0 +1,335 @@
+#include <doctest/doctest.h>
+
+#include <algorithm>
+#include <sstream>
+
+#include "app/FMain.h"
+#include "app/component_check.h"
+#include "app/main_menu.h"
+#include "tests/support/page_fixture.h"
+#include "win32/system.h"
+
+namespace {
+
+const std::wstring run = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+const wchar_t* const pageNames[] = {L"ucHelp1", L"ucRun1", L"ucWinlogon1", L"ucOther1", L"ucServices1"};
+
+// The logs and backups are written beside the program, which is the test's own file here.
+std::wstring beside(const std::wstring& name) {
+    return win32::moduleFolder(nullptr) + L"\\" + name;
+}
+
+void removeBackups() {
+    WIN32_FIND_DATAW found;
+    HANDLE search = ::FindFirstFileW(beside(L"Backup\\*.reg").c_str(), &found);
+    if (search == INVALID_HANDLE_VALUE) return;
+    do {
+        ::DeleteFileW(beside(std::wstring(L"Backup\\") + found.cFileName).c_str());
+    } while (::FindNextFileW(search, &found));
+    ::FindClose(search);
+}
+
+struct Held {
+    explicit Held(std::vector<int> keys) : keys(std::move(keys)) { set(0x80); }
+    ~Held() { set(0); }
+    void set(BYTE state) {
+        BYTE all[256];
+        ::GetKeyboardState(all);
+        for (int key : keys) all[key] = state;
+        ::SetKeyboardState(all);
+    }
+    std::vector<int> keys;
+};
+
+struct Main : PageFixture {
+    app::FMain window;
+
+    Main() {
+        ::DeleteFileW(beside(L"QLN.log").c_str());
+        ::DeleteFileW(beside(L"short.log").c_str());
+        removeBackups();
+    }
+    // The plug-in is not offered to this process: starting stops at its message, with the logs open.
+    void start() {
+        desktop.messageBoxAnswers.push_back(IDOK);
+        CHECK_FALSE(window.Form_Initialize());
+        window.Form_Load();
+        setClientTwips(9600, 6900);
+    }
+    std::vector<std::wstring> log() {
+        std::istringstream lines(TempFolder::read(beside(L"QLN.log")));
+        std::vector<std::wstring> texts;
+        // time, level, source, code and text, divided by tabs
+        for (std::string line; std::getline(lines, line);) {
+            texts.push_back(
+                win32::fromAnsi(line.substr(line.find('\t') + 1, line.size() - line.find('\t') - 2)));
+        }
+        return texts;
+    }
+    HWND child(const std::wstring& name) {
+        return ::FindWindowExW(window.handle(), nullptr, nullptr, name.c_str());
+    }
+    std::wstring visiblePages() {
+        std::wstring visible;
+        for (const wchar_t* name : pageNames) {
+            if (::GetWindowLongW(child(name), GWL_STYLE) & WS_VISIBLE) visible += std::wstring(name) + L" ";
+        }
+        return visible;
+    }
+    void release(UINT key, const std::vector<int>& held = {}) {
+        Held keys(held);
+        MSG message = {};
+        message.hwnd = child(L"ucHelp1");
+        message.message = WM_KEYUP;
+        message.wParam = key;
+        window.preview(message);
+    }
+    int selectedTab() { return static_cast<int>(::SendMessageW(strip(), TCM_GETCURSEL, 0, 0)) + 1; }
+    HWND strip() { return ::GetDlgItem(window.handle(), 200); }
+    HWND footer() { return ::GetDlgItem(window.handle(), 201); }
+    int rows(const wchar_t* page) {
+        return static_cast<int>(::SendMessageW(::GetDlgItem(child(page), 101), LVM_GETITEMCOUNT, 0, 0));
+    }
+    void command(UINT id) { ::SendMessageW(window.handle(), WM_COMMAND, id, 0); }
+    void setClientTwips(int width, int height) {
+        const int dpi = win32::dpiOf(window.handle());
+        RECT frame = {0, 0, win32::toPixels(width, dpi), win32::toPixels(height, dpi)};
+        ::AdjustWindowRect(&frame, WS_OVERLAPPEDWINDOW, TRUE);
+        ::SetWindowPos(window.handle(), nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
+                       SWP_NOMOVE | SWP_NOZORDER);
+    }
+    // left, top, width and height in pixels
+    std::vector<int> place(HWND control) {
+        RECT r;
+        ::GetWindowRect(control, &r);
+        ::MapWindowPoints(nullptr, window.handle(), reinterpret_cast<POINT*>(&r), 2);
+        return {int(r.left), int(r.top), int(r.right - r.left), int(r.bottom - r.top)};
+    }
+    std::vector<int> pixels(std::vector<int> twips) {
+        for (int& length : twips) length = win32::toPixels(length, win32::dpiOf(window.handle()));
+        return twips;
+    }
+    std::string backup() { return TempFolder::read(beside(L"Backup\\Backup Nov 20, 2026 23-35-47.reg")); }
+};
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Main, "a missing plug-in: three start lines, the message, the critical box, and no start") {
+    desktop.messageBoxAnswers = {IDOK};
+    CHECK_FALSE(window.Form_Initialize());
+    const std::wstring message =
+        L"Component 'QLNCustom.dll' or one of its dependencies not correctly registered: a file is missing "
+        L"or "
+        L"invalid. Try to reinstall Quillon.";
+    REQUIRE(desktop.messageBoxes.size() == 1);
+    CHECK(desktop.messageBoxes[0].text == message);
+    CHECK(desktop.messageBoxes[0].title == L"Quillon");
+    CHECK(desktop.messageBoxes[0].style == 16);
+    auto lines = log();
+    REQUIRE(lines.size() == 4);
+    CHECK(lines[0] == L"5\tFMain.Form_Initialize\t0\t********** start app");
+    CHECK(lines[1] == L"5\tFMain.Form_Initialize\t0\tQuillon ver.2.1.0");
+    // 60 seconds before the scripted time.
+    CHECK(lines[2].find(L"5\tFMain.Form_Initialize\t0\tStartup: ") == 0);
+    CHECK(lines[2].find(L"34:47") != std::wstring::npos);
+    CHECK(lines[3] == L"4\tFMain.Form_Initialize\t0\t" + message);
+}
+
+TEST_CASE_FIXTURE(Main, "a missing library is named first, and telling so needs nothing of it") {
+    classes.revoke();
+    desktop.messageBoxAnswers = {IDOK};
+    CHECK_FALSE(window.Form_Initialize());
+    CHECK(desktop.messageBoxes.at(0).text.find(L"Component 'Helmkit.dll' or one") == 0);
+    std::wstring message = L"left alone";
+    CHECK_FALSE(app::ComponentCheck(message));
+    CHECK(message == desktop.messageBoxes.at(0).text);
+}
+
+TEST_CASE_FIXTURE(Main, "the help page is shown first, and five tabs have their captions") {
+    start();
+    CHECK(visiblePages() == L"ucHelp1 ");
+    const wchar_t* const captions[] = {L"Help", L"General Startup Programs", L"Winlogon Startup Programs",
+                                       L"Custom Startup Programs", L"Services"};
+    CHECK(::SendMessageW(strip(), TCM_GETITEMCOUNT, 0, 0) == 5);
+    for (int tab = 0; tab < 5; ++tab) {
+        wchar_t caption[50] = L"";
+        TCITEMW item = {};
+        item.mask = TCIF_TEXT;
+        item.pszText = caption;
+        item.cchTextMax = 50;
+        ::SendMessageW(strip(), TCM_GETITEMW, tab, reinterpret_cast<LPARAM>(&item));
+        CHECK(std::wstring(caption) == captions[tab]);
+    }
+    CHECK(win32::textOf(footer()) ==
+          L"The latest version of Quillon is always available at http://mardelix.example/");
+}
+
+TEST_CASE_FIXTURE(Main, "Ctrl+Tab goes round forwards, Ctrl+Shift+Tab backwards, other modifiers allowed") {
+    start();
+    release(VK_TAB, {VK_CONTROL, VK_SHIFT});
+    CHECK(visiblePages() == L"ucServices1 ");
+    CHECK(selectedTab() == 5);
+    release(VK_TAB, {VK_CONTROL});
+    CHECK(visiblePages() == L"ucHelp1 ");
+    CHECK(selectedTab() == 1);
+    for (int page = 1; page < 5; ++page) {
+        release(VK_TAB, {VK_CONTROL, VK_MENU});
+        CHECK(visiblePages() == std::wstring(pageNames[page]) + L" ");
+        CHECK(selectedTab() == page + 1);
+    }
+    release(VK_TAB);
+    release(VK_TAB, {VK_SHIFT});
+    CHECK(selectedTab() == 5);
+}
+
+TEST_CASE_FIXTURE(Main, "a click on a tab shows its page") {
+    start();
+    for (int tab : {3, 0, 4, 1, 2}) {
+        ::SendMessageW(strip(), TCM_SETCURSEL, tab, 0);
+        NMHDR change = {strip(), 200, static_cast<UINT>(TCN_SELCHANGE)};
+        ::SendMessageW(window.handle(), WM_NOTIFY, 200, reinterpret_cast<LPARAM>(&change));
+        CHECK(visiblePages() == std::wstring(pageNames[tab]) + L" ");
+    }
+    ::SendMessageW(strip(), TCM_SETCURSEL, static_cast<WPARAM>(-1), 0);
+    NMHDR change = {strip(), 200, static_cast<UINT>(TCN_SELCHANGE)};
+    ::SendMessageW(window.handle(), WM_NOTIFY, 200, reinterpret_cast<LPARAM>(&change));
+    CHECK(visiblePages() == L"");
+}
+
+TEST_CASE_FIXTURE(Main,
+                  "F5 alone refreshes every list, whatever page is shown; with a modifier it does nothing") {
+    start();
+    CHECK(rows(L"ucRun1") == 0);
+    registry.setString(HKEY_LOCAL_MACHINE, run, L"a", L"x");
+    registry.setString(HKEY_LOCAL_MACHINE,
+                       L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon\\Notify\\n", L"DLLName",
+                       L"x");
+    registry.setString(HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Services\\s", L"ImagePath", L"x");
+    registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Command Processor", L"AutoRun", L"x");
+    for (int modifier : {VK_SHIFT, VK_CONTROL, VK_MENU}) release(VK_F5, {modifier});
+    CHECK(rows(L"ucRun1") == 0);
+    removeBackups();
+    release(VK_F5);
+    for (const wchar_t* page : {L"ucRun1", L"ucWinlogon1", L"ucOther1", L"ucServices1"})
+        CHECK(rows(page) == 1);
+    CHECK(visiblePages() == L"ucHelp1 ");
+    CHECK(::GetFileAttributesW(beside(L"Backup\\Backup Nov 20, 2026 23-35-47.reg").c_str()) ==
+          INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_CASE_FIXTURE(Main, "layout follows the window's inner size") {
+    start();
+    const int dpi = win32::dpiOf(window.handle());
+    RECT client;
+    ::GetClientRect(window.handle(), &client);
+    const int w = win32::toTwips(client.right, dpi), h = win32::toTwips(client.bottom, dpi);
+    CHECK(place(strip())[2] == pixels({w - 150})[0]);
+    CHECK(place(strip())[3] == pixels({h - 450})[0]);
+    for (const wchar_t* name : pageNames) {
+        CHECK(place(child(name)) == pixels({285, 435, w - 150 - 435, h - 975}));
+    }
+    CHECK(place(footer())[1] == pixels({h - 300})[0]);
+}
+
+TEST_CASE_FIXTURE(Main, "a window too low keeps the pages' last height and still moves the footer") {
+    start();
+    const auto before = place(child(L"ucRun1"));
+    setClientTwips(9600, 900);
+    RECT client;
+    ::GetClientRect(window.handle(), &client);
+    const int h = win32::toTwips(client.bottom, win32::dpiOf(window.handle()));
+    REQUIRE(h < 975);
+    for (const wchar_t* name : pageNames) CHECK(place(child(name))[3] == before[3]);
+    CHECK(place(footer())[1] == pixels({h - 300})[0]);
+    CHECK(place(strip())[3] == pixels({h - 450})[0]);
+}
+
+TEST_CASE_FIXTURE(Main, "every listed entry is logged, the custom page with two fields") {
+    registry.setString(HKEY_LOCAL_MACHINE, run, L"a", L"C:\\nowhere\\a.exe");
+    registry.setString(HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Services\\s", L"ImagePath",
+                       L"C:\\s.exe");
+    registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Command Processor", L"AutoRun", L"cmd");
+    start();
+    auto lines = log();
+    REQUIRE(lines.size() == 7);
+    CHECK(lines[4] == L"5\t\t0\tRun: 'a', 'Not specified', 'C:\\nowhere\\a.exe'");
+    CHECK(lines[5] ==
+          L"5\t\t0\tOther: 'Autorun for Command Processor particular to the computer (for any user)', 'cmd'");
+    CHECK(lines[6] == L"5\t\t0\tServices: 'C:\\s.exe', 'Not specified', 'C:\\s.exe'");
+}
+
+TEST_CASE_FIXTURE(Main, "the backup is UTF-16 on the NT family and ANSI on Windows 98") {
+    registry.setString(HKEY_LOCAL_MACHINE, run, L"a", L"x");
+    start();
+    CHECK(backup().substr(0, 6) == std::string("\xFF\xFE"
+                                               "W\0i\0",
+                                               6));
+    desktop.windowsVersion = ScriptedDesktop::windows98;
+    desktop.messageBoxAnswers = {IDOK};
+    command(app::mnuBackup);
+    CHECK(backup() ==
+          "REGEDIT4\r\n\r\n[HKEY_LOCAL_MACHINE\\SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run]\r\n\"a\"="
+          "\"x\"\r\n");
+    CHECK(desktop.messageBoxes.back().text == L"Backup complete successfully.");
+    CHECK(desktop.messageBoxes.back().style == 64);
+}
+
+TEST_CASE_FIXTURE(Main, "Backup says complete even when it failed, and the log says why") {
+    start();
+    classes.revoke();
+    classes.offer(CLSID_SystemServices);
+    desktop.messageBoxAnswers = {IDOK};
+    command(app::mnuBackup);
+    CHECK(desktop.messageBoxes.back().text == L"Backup complete successfully.");
+    CHECK(log().back().find(L"4\tFMain.BackupRegistry\t-") == 0);
+}
+
+TEST_CASE_FIXTURE(Main, "Restore tells what will happen and opens the backup folder") {
+    start();
+    desktop.messageBoxAnswers = {IDOK};
+    desktop.expectedFolders = 1;
+    command(app::mnuRestore);
+    CHECK(desktop.messageBoxes.back().text ==
+          L"Windows Explorer window will be opened now. Double click on backup file to restore. ");
+    REQUIRE(desktop.folders.size() == 1);
+    CHECK(desktop.folders[0].path == beside(L"Backup\\"));
+}
+
+TEST_CASE_FIXTURE(Main,
+                  "a companion tool is started where it is installed, with or without a last backslash") {
+    start();
+    TempFolder::write(folder.file(L"Teselin.exe"), "x");
+    for (const wchar_t* end : {L"", L"\\"}) {
+        registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Mardelix\\Teselin", L"InstallPath",
+                           folder.path() + end);
+        desktop.programAnswers = {true};
+        command(app::mnuTandem + 1);
+        CHECK(desktop.programs.back().application == folder.file(L"Teselin.exe"));
+    }
+}
+
+TEST_CASE_FIXTURE(Main, "a companion tool that is not there is offered for download") {
+    start();
+    registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Mardelix\\Corvana", L"InstallPath", folder.path());
+    desktop.messageBoxAnswers = {IDOK, IDCANCEL};
+    command(app::mnuTandem + 0);
+    CHECK(desktop.messageBoxes[1].text == L"Corvana is not installed on your computer.");
+    CHECK(desktop.messageBoxes[1].style == 48);
+    CHECK(desktop.messageBoxes[2].text == L"Do you want to download Corvana from Mardelix web site?");
+    CHECK(desktop.messageBoxes[2].style == 65);
+    CHECK(desktop.programs.empty());
+
+    desktop.messageBoxAnswers = {IDOK, IDOK};
+    desktop.programAnswers = {false};
+    command(app::mnuTandem + 3);
+    CHECK(desktop.programs.back().commandLine == L"explorer http://mardelix.example\\Morrowfen.exe");
+    command(app::mnuTandem + 2);
+    CHECK(desktop.programs.size() == 1);
+}
+
+TEST_CASE_FIXTURE(Main, "the home page is opened by explorer") {
+    start();
+    desktop.programAnswers = {true};
+    command(app::mnuVisitWebsite);
+    CHECK(desktop.programs.back().commandLine == L"explorer http://mardelix.example/");
+}
