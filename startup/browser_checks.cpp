@@ -1,0 +1,52 @@
+#include "startup/browser_checks.h"
+
+#include "build_settings.h"
+#include "files/windows_folders.h"
+#include "startup/StartupItem.h"
+#include "win32/desktop.h"
+#include "win32/text.h"
+
+namespace startup {
+
+namespace {
+
+// The Windows folder is asked of the library here, where the lists take it from %windir%.
+std::wstring inSystemFolder(const std::wstring& file) {
+    std::wstring windows = files::withBackslash(helmkit::systemServices().GetWindowsFolder());
+    return win32::lowered(windows + (win32::isNtFamily() ? L"system32\\" : L"system\\") + file);
+}
+
+std::wstring expandedAndLowered(const std::wstring& path) {
+    return win32::lowered(helmkit::systemServices().ExpandEnvironment(path));
+}
+
+const std::wstring& okIf(bool condition) {
+    return condition ? icon::protectedEntry : icon::exclamation;
+}
+
+bool beginsWith(const std::wstring& text, const std::wstring& prefix) {
+    return text.compare(0, prefix.size(), prefix) == 0;
+}
+
+}  // namespace
+
+std::wstring classServerCheck(helmkit::RegistryAccess& registry, const std::wstring& classId,
+                              const std::wstring& dllName, std::wstring& server) {
+    server = expandedAndLowered(
+        registry.ReadValue(helmkit::HKCR, L"CLSID\\" + classId + L"\\InProcServer32", {}).data);
+    return okIf(server == inSystemFolder(dllName));
+}
+
+std::wstring blankPageCheck(const std::wstring& path) {
+    return okIf(expandedAndLowered(path) == inSystemFolder(L"blank.htm"));
+}
+
+std::wstring startPageCheck(const std::wstring& address) {
+    const std::wstring lowered = win32::lowered(address);
+    const size_t makerPrefix = 24;
+    return okIf(lowered == L"about:blank" || lowered == settings::portalPage ||
+                beginsWith(address, settings::homePage.substr(0, makerPrefix)) ||
+                beginsWith(address, L"res://mshtml.dll"));
+}
+
+}  // namespace startup
