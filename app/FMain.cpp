@@ -162,6 +162,8 @@ void FMain::onCommand(UINT command) {
             return mnuRestore_Click();
         case mnuVisitWebsite:
             return mnuVisitWebsite_Click();
+        case mnuAbout:
+            return mnuAbout_Click();
     }
     if (command >= mnuTandem && command <= mnuTandem + 3) mnuTandem_Click(command - mnuTandem);
 }

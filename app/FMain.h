@@ -59,6 +59,7 @@ class FMain : public win32::Window {
     // Companion tools and web pages (tools_menu.cpp).
     void mnuTandem_Click(unsigned index);
     void mnuVisitWebsite_Click();
+    void mnuAbout_Click();
 
     template <class Body>
     void trapped(const wchar_t* procedure, Body&& body) {

@@ -1,3 +1,4 @@
+#include "app/FAbout.h"
 #include "app/FMain.h"
 #include "build_settings.h"
 #include "files/explorer.h"
@@ -47,6 +48,10 @@ void FMain::mnuTandem_Click(unsigned index) {
             files::startExplorer(settings::downloadAddress(tool.programFile));
         }
     });
+}
+
+void FMain::mnuAbout_Click() {
+    trapped(L".mnuAbout_Click", [&] { FAbout(handle(), [this] { mnuVisitWebsite_Click(); }).showModal(); });
 }
 
 void FMain::mnuVisitWebsite_Click() {

@@ -3,6 +3,9 @@
 
 #define RESOURCE_ICON 1
 #define RESOURCE_STATE_IMAGES 101
+// Each picture in three sizes, for 96, 144 and 192 pixels per inch, under consecutive numbers.
+#define RESOURCE_HELP_PICTURE 110
+#define RESOURCE_ABOUT_PICTURE 120
 
 #define STRING_PRODUCT 100
 #define STRING_CONFIRM_DELETE 111

@@ -8,14 +8,16 @@ namespace support {
 
 namespace {
 
-// Design measures in twips: the label stands right of the picture's place.
+// Design measures in twips: the label stands right of the picture.
+const int pictureLeft = 240, pictureTop = 240, pictureSize = 960;
 const int labelLeft = 1500, labelTop = 240;
 
 enum HelpControl : int { lblDescrId = 101 };
 
 }  // namespace
 
-ucHelp::ucHelp(HWND parent) : TabPage(parent, L"ucHelp1") {
+ucHelp::ucHelp(HWND parent) : TabPage(parent, L"ucHelp1"), image1_(handle(), RESOURCE_HELP_PICTURE) {
+    picture_ = {image1_.handle(), pictureLeft, pictureTop, pictureSize, pictureSize};
     HWND label = win32::createControl(handle(), L"Static", {}, WS_VISIBLE | SS_NOPREFIX, 0, lblDescrId);
     lblDescr_ = {label, labelLeft, labelTop, 0, 0};
 }
@@ -30,6 +32,8 @@ void ucHelp::UserControl_Resize(int pixelWidth, int pixelHeight) {
     const int dpi = win32::dpiOf(handle());
     lblDescr_.setWidth(win32::toTwips(pixelWidth, dpi) - lblDescr_.left() * 6 / 5);
     lblDescr_.setHeight(win32::toTwips(pixelHeight, dpi) - lblDescr_.top());
+    picture_.apply(dpi);
+    picture_.apply(dpi);
     lblDescr_.apply(dpi);
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "helmkit/client.h"
+#include "win32/picture_box.h"
 #include "win32/placed_control.h"
 #include "win32/tab_page.h"
 
@@ -22,7 +23,8 @@ class ucHelp : public win32::TabPage {
     void UserControl_Resize(int width, int height);
 
     helmkit::Logger log_;
-    win32::PlacedControl lblDescr_;
+    win32::PictureBox image1_;
+    win32::PlacedControl picture_, lblDescr_;
 };
 
 }  // namespace support

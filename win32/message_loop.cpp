@@ -16,6 +16,21 @@ int runMessageLoop(const std::function<bool(MSG&)>& preview) {
     });
 }
 
+void runMessageLoopWhile(const std::function<bool()>& condition, const std::function<bool(MSG&)>& preview) {
+    withFlavour([&](auto f) {
+        MSG message;
+        while (condition()) {
+            if (f.getMessage(&message, nullptr, 0u, 0u) <= 0) {
+                ::PostQuitMessage(static_cast<int>(message.wParam));
+                return;
+            }
+            if (preview(message)) continue;
+            ::TranslateMessage(&message);
+            f.dispatchMessage(&message);
+        }
+    });
+}
+
 bool isDialogKey(HWND window, MSG& message) {
     return withFlavour([&](auto f) { return f.isDialogMessage(window, &message) != FALSE; });
 }

@@ -11,6 +11,10 @@ namespace win32 {
 // keeps from its window what it answers true for.
 int runMessageLoop(const std::function<bool(MSG&)>& preview);
 
+// A loop inside another one, for a modal window: runs while `condition` holds. An end of the program ends it
+// too and is left to the outer loop.
+void runMessageLoopWhile(const std::function<bool()>& condition, const std::function<bool(MSG&)>& preview);
+
 // Lets a window's dialog keys (Tab, access keys) do their work; true when the message was one.
 bool isDialogKey(HWND window, MSG& message);
 

@@ -13,11 +13,15 @@ std::wstring loadString(int number) {
     });
 }
 
-OwnedImageList loadImages(int resource, int width, COLORREF mask) {
-    OwnedBitmap strip(withFlavour([&](auto f) {
+OwnedBitmap loadBitmap(int resource) {
+    return OwnedBitmap(withFlavour([&](auto f) {
         return static_cast<HBITMAP>(f.loadImage(::GetModuleHandleA(nullptr), f.resource(resource),
                                                 IMAGE_BITMAP, 0, 0, LR_CREATEDIBSECTION));
     }));
+}
+
+OwnedImageList loadImages(int resource, int width, COLORREF mask) {
+    OwnedBitmap strip = loadBitmap(resource);
     BITMAP size = {};
     ::GetObjectA(strip.get(), sizeof size, &size);
     OwnedImageList images(

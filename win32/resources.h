@@ -10,6 +10,8 @@ namespace win32 {
 // Entry `number` of the program's string table, empty when there is none.
 std::wstring loadString(int number);
 
+OwnedBitmap loadBitmap(int resource);
+
 struct ImageListTraits : NullIsNone<HIMAGELIST> {
     static void close(HIMAGELIST images) { ::ImageList_Destroy(images); }
 };

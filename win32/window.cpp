@@ -14,6 +14,7 @@ void registerClass(const std::wstring& className, WNDPROC procedure) {
         using F = decltype(f);
         auto name = f.in(className);
         typename F::WindowClass windowClass = {};
+        windowClass.style = CS_DBLCLKS;
         windowClass.lpfnWndProc = procedure;
         windowClass.hInstance = ::GetModuleHandleA(nullptr);
         windowClass.hIcon = static_cast<HICON>(
@@ -70,13 +71,26 @@ OwnedFont messageFont(int dpi) {
     });
 }
 
-OwnedFont boldVersionOf(HFONT font) {
+namespace {
+
+template <class Change>
+OwnedFont variantOf(HFONT font, Change change) {
     return withFlavour([&](auto f) {
         typename decltype(f)::LogicalFont description = {};
         f.getObject(font, static_cast<int>(sizeof description), &description);
-        description.lfWeight = FW_BOLD;
+        change(description);
         return OwnedFont(f.createFontIndirect(&description));
     });
+}
+
+}  // namespace
+
+OwnedFont boldVersionOf(HFONT font) {
+    return variantOf(font, [](auto& description) { description.lfWeight = FW_BOLD; });
+}
+
+OwnedFont underlinedVersionOf(HFONT font) {
+    return variantOf(font, [](auto& description) { description.lfUnderline = TRUE; });
 }
 
 bool isHighContrast() {
@@ -145,6 +159,13 @@ LRESULT CALLBACK Window::windowProcedure(HWND window, UINT message, WPARAM wPara
             self->handle_ = nullptr;
         }
         return result;
+    });
+}
+
+HCURSOR handCursor() {
+    return withFlavour([](auto f) {
+        HCURSOR hand = f.loadCursor(nullptr, f.resource(32649));        // IDC_HAND
+        return hand ? hand : f.loadCursor(nullptr, f.resource(32512));  // IDC_ARROW
     });
 }
 

@@ -20,6 +20,7 @@ HWND topLevelOf(HWND window);
 // The font of message boxes (SystemParametersInfo), at a resolution.
 OwnedFont messageFont(int dpi);
 OwnedFont boldVersionOf(HFONT font);
+OwnedFont underlinedVersionOf(HFONT font);
 // True when the user has asked for a high-contrast display (SystemParametersInfo).
 bool isHighContrast();
 // Gives a font to a window and everything in it.
@@ -56,6 +57,9 @@ class Window {
 void setWindowErrorSink(void (*sink)(const Error& error));
 // Hands the exception being handled to the sink.
 void reportCurrentError() noexcept;
+
+// The pointing hand; the arrow where there is none (Windows 95, NT 4).
+HCURSOR handCursor();
 
 // The hour-glass, for the lifetime of the object.
 class WaitCursor {

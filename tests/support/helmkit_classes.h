@@ -12,8 +12,8 @@
 class HelmkitClasses {
   public:
     HelmkitClasses() {
-        for (size_t i = 0; i < helmkit::server::comModule().count; ++i)
-            offer(*helmkit::server::comModule().classes[i].clsid);
+        for (size_t i = 0; i < helmkit::comModule().count; ++i)
+            offer(*helmkit::comModule().classes[i].clsid);
     }
     ~HelmkitClasses() { revoke(); }
     HelmkitClasses(const HelmkitClasses&) = delete;
@@ -21,7 +21,7 @@ class HelmkitClasses {
 
     void offer(REFCLSID clsid) {
         win32::ComPtr<IUnknown> factory;
-        REQUIRE(win32::getClassObject(helmkit::server::comModule(), clsid, IID_IUnknown,
+        REQUIRE(win32::getClassObject(helmkit::comModule(), clsid, IID_IUnknown,
                                       reinterpret_cast<void**>(factory.out())) == S_OK);
         DWORD cookie = 0;
         REQUIRE(::CoRegisterClassObject(clsid, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,

@@ -1,0 +1,62 @@
+#include "win32/picture_box.h"
+
+#include "win32/resources.h"
+
+namespace win32 {
+
+namespace {
+
+const int sizes = 3;
+
+struct Picture {
+    OwnedBitmap bitmap;
+    int width = 0, height = 0;
+};
+
+Picture load(int resource) {
+    Picture picture;
+    picture.bitmap = loadBitmap(resource);
+    BITMAP size = {};
+    ::GetObjectA(picture.bitmap.get(), sizeof size, &size);
+    picture.width = size.bmWidth;
+    picture.height = size.bmHeight;
+    return picture;
+}
+
+}  // namespace
+
+PictureBox::PictureBox(HWND parent, int firstResource) : firstResource_(firstResource) {
+    create(L"QuillonPicture", {}, WS_CHILD | WS_VISIBLE, 0, parent, nullptr);
+}
+
+void PictureBox::paint() const {
+    PAINTSTRUCT painting;
+    HDC target = ::BeginPaint(handle(), &painting);
+    RECT client;
+    ::GetClientRect(handle(), &client);
+    Picture picture;
+    for (int i = 0; i < sizes && picture.width < client.right; ++i) picture = load(firstResource_ + i);
+    HDC source = ::CreateCompatibleDC(target);
+    HGDIOBJ before = ::SelectObject(source, picture.bitmap.get());
+    ::SetStretchBltMode(target, HALFTONE);
+    ::SetBrushOrgEx(target, 0, 0, nullptr);  // HALFTONE asks for it
+    ::StretchBlt(target, 0, 0, client.right, client.bottom, source, 0, 0, picture.width, picture.height,
+                 SRCCOPY);
+    ::SelectObject(source, before);
+    ::DeleteDC(source);
+    ::EndPaint(handle(), &painting);
+}
+
+LRESULT PictureBox::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
+    switch (message) {
+        case WM_PAINT:
+            paint();
+            return 0;
+        case WM_LBUTTONDBLCLK:
+            if (doubleClick_) doubleClick_();
+            return 0;
+    }
+    return Window::onMessage(message, wParam, lParam);
+}
+
+}  // namespace win32
