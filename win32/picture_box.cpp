@@ -11,6 +11,7 @@ const int sizes = 3;
 struct Picture {
     OwnedBitmap bitmap;
     int width = 0, height = 0;
+    BYTE* bytes = nullptr;  // blue, green, red and alpha of each pixel; belongs to the bitmap
 };
 
 Picture load(int resource) {
@@ -20,7 +21,19 @@ Picture load(int resource) {
     ::GetObjectA(picture.bitmap.get(), sizeof size, &size);
     picture.width = size.bmWidth;
     picture.height = size.bmHeight;
+    if (size.bmBitsPixel == 32) picture.bytes = static_cast<BYTE*>(size.bmBits);
     return picture;
+}
+
+// Windows 98 has no blending of its own that every display driver honours.
+void blendWith(COLORREF background, Picture& picture) {
+    const BYTE behind[] = {GetBValue(background), GetGValue(background), GetRValue(background)};
+    const int pixels = picture.bytes ? picture.width * picture.height : 0;
+    for (int i = 0; i < pixels; ++i) {
+        BYTE* pixel = picture.bytes + 4 * i;
+        const int through = 255 - pixel[3];
+        for (int c = 0; c < 3; ++c) pixel[c] = static_cast<BYTE>(pixel[c] + behind[c] * through / 255);
+    }
 }
 
 }  // namespace
@@ -36,6 +49,9 @@ void PictureBox::paint() const {
     ::GetClientRect(handle(), &client);
     Picture picture;
     for (int i = 0; i < sizes && picture.width < client.right; ++i) picture = load(firstResource_ + i);
+    send(::GetParent(handle()), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(target),
+         reinterpret_cast<LPARAM>(handle()));
+    blendWith(::GetBkColor(target), picture);
     HDC source = ::CreateCompatibleDC(target);
     HGDIOBJ before = ::SelectObject(source, picture.bitmap.get());
     ::SetStretchBltMode(target, HALFTONE);

@@ -7,8 +7,10 @@
 
 namespace win32 {
 
-// The picture exists in three sizes, for 96, 144 and 192 pixels per inch, as bitmap resources of consecutive
-// numbers. The smallest that is not smaller than the window is drawn, scaled where their sizes differ.
+// Pictures have 32 bits a pixel, colours premultiplied by their alpha; they are blended with the colour that
+// the parent has behind static controls. A picture exists in three sizes, for 96, 144 and 192 pixels per
+// inch, as bitmap resources of consecutive numbers. The smallest that is not smaller than the window is
+// drawn, scaled where their sizes differ.
 class PictureBox : public Window {
   public:
     PictureBox(HWND parent, int firstResource);
