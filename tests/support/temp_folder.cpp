@@ -35,12 +35,16 @@ TempFolder::TempFolder() {
     static int number = 0;
     wchar_t temp[MAX_PATH];
     ::GetTempPathW(MAX_PATH, temp);
-    path_ = temp + (L"quillon test " + std::to_wstring(::GetCurrentProcessId()) + L" " + std::to_wstring(++number));
+    path_ = temp +
+            (L"quillon test " + std::to_wstring(::GetCurrentProcessId()) + L" " + std::to_wstring(++number));
+    ::DeleteFileW(path_.c_str());
     deleteFolder(path_);
     REQUIRE(::CreateDirectoryW(path_.c_str(), nullptr));
 }
 
-TempFolder::~TempFolder() { deleteFolder(path_); }
+TempFolder::~TempFolder() {
+    deleteFolder(path_);
+}
 
 void TempFolder::write(const std::wstring& path, const std::string& bytes) {
     win32::OwnedFile file(::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
@@ -50,8 +54,8 @@ void TempFolder::write(const std::wstring& path, const std::string& bytes) {
 }
 
 std::string TempFolder::read(const std::wstring& path) {
-    win32::OwnedFile file(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                        OPEN_EXISTING, 0, nullptr));
+    win32::OwnedFile file(::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                        nullptr, OPEN_EXISTING, 0, nullptr));
     REQUIRE(file);
     std::string bytes(::GetFileSize(file.get(), nullptr), '\0');
     DWORD got = 0;

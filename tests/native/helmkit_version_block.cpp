@@ -1,0 +1,88 @@
+#include <doctest/doctest.h>
+
+#include <random>
+
+#include "win32/utf16_bytes.h"
+#include "win32/version_block.h"
+
+using namespace std::string_literals;
+
+namespace {
+
+using Keys = std::vector<std::wstring>;
+
+std::string aligned(std::string bytes) {
+    bytes.resize((bytes.size() + 3) & ~size_t{3});
+    return bytes;
+}
+
+std::string node(const std::wstring& key, const std::string& value, const std::string& children) {
+    std::string bytes = aligned(std::string(6, '\0') + win32::bytesOf(key + L'\0'));
+    bytes = aligned(bytes + value) + children;
+    bytes[0] = static_cast<char>(bytes.size());
+    bytes[1] = static_cast<char>(bytes.size() >> 8);
+    bytes[2] = static_cast<char>(value.size());
+    return bytes;
+}
+
+std::string block(const std::string& children) {
+    return node(L"VS_VERSION_INFO", std::string(52, '\x55'), children);
+}
+
+const std::string two =
+    aligned(node(L"040904b0", "", aligned(node(L"Name", "ab\0\0", "")))) + node(L"FFFF0000", "", "");
+const std::string translation =
+    aligned(node(L"VarFileInfo", "", node(L"Translation", "\x09\x04\xb0\x04", "")));
+
+}  // namespace
+
+TEST_CASE("string tables are listed, wherever their part stands") {
+    std::string part = node(L"StringFileInfo", "", two);
+    CHECK((win32::stringTableKeys(block(part)) == Keys{L"040904b0", L"FFFF0000"}));
+    CHECK((win32::stringTableKeys(block(translation + part)) == Keys{L"040904b0", L"FFFF0000"}));
+    CHECK((win32::stringTableKeys(block(part) + std::string(400, '\xff')) == Keys{L"040904b0", L"FFFF0000"}));
+    CHECK(win32::stringTableKeys(block(translation)).empty());
+    CHECK(win32::stringTableKeys(block("")).empty());
+    CHECK(win32::stringTableKeys("").empty());
+}
+
+TEST_CASE("any cut and any changed byte of a block is survived") {
+    std::string whole = block(translation + node(L"StringFileInfo", "", two));
+    for (size_t size = 0; size <= whole.size(); ++size) {
+        std::string cut = whole.substr(0, size);
+        CHECK(win32::stringTableKeys(cut).size() <= 2);
+    }
+    for (size_t at = 0; at < whole.size(); ++at) {
+        for (int byte = 0; byte < 256; ++byte) {
+            std::string changed = whole;
+            changed[at] = static_cast<char>(byte);
+            win32::stringTableKeys(changed);
+        }
+    }
+    std::mt19937 random(7);
+    for (int i = 0; i < 20000; ++i) {
+        std::string noise(random() % 300, '\0');
+        for (char& c : noise) c = static_cast<char>(random() % 4 ? random() % 8 : random());
+        win32::stringTableKeys(noise);
+    }
+}
+
+TEST_CASE("translations are pairs of 16-bit numbers") {
+    auto pairs = win32::translationsOf("\x09\x04\xb0\x04\x07\x04\xe4\x04\x01\x02\x03"s);
+    REQUIRE(pairs.size() == 2);
+    CHECK(pairs[0].language == 0x0409);
+    CHECK(pairs[0].codePage == 1200);
+    CHECK(pairs[1].language == 0x0407);
+    CHECK(pairs[1].codePage == 1252);
+    CHECK(win32::translationsOf("").empty());
+}
+
+TEST_CASE("tables are asked in order, none twice") {
+    Keys order =
+        win32::tableOrder({{0x0409, 1200}, {0x0c07, 1252}, {0x0407, 1200}}, 0x0407, {L"040904B0", L"x"});
+    CHECK(
+        (order == Keys{L"040704b0", L"0c0704e4", L"040904b0", L"040704e4", L"04070000", L"0c0704b0",
+                       L"0c070000", L"040904e4", L"04090000", L"000004b0", L"000004e4", L"00000000", L"x"}));
+    CHECK((win32::tableOrder({}, 0x0407, {L"041904b0"}) ==
+           Keys{L"040904b0", L"040904e4", L"04090000", L"000004b0", L"000004e4", L"00000000", L"041904b0"}));
+}
