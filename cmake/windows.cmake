@@ -8,6 +8,8 @@ if(CMAKE_SYSTEM_PROCESSOR STREQUAL "x86")
     set(QUILLON_ARCHITECTURE x86)
     # A 486 has no conditional moves; the prebuilt runtime asks for a Pentium Pro all the same (README).
     add_compile_options(-march=i686 -mno-sse)
+    # The exports of the DLLs carry their plain names, as COM asks for them.
+    add_link_options(-Wl,--enable-stdcall-fixup)
 else()
     set(QUILLON_ARCHITECTURE x64)
 endif()

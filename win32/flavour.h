@@ -44,6 +44,8 @@ void forceFlavour(Flavour flavour);
     X(getDateFormat, GetDateFormat)                       \
     X(getEnvironmentVariable, GetEnvironmentVariable)     \
     X(getFileAttributes, GetFileAttributes)               \
+    X(getFullPathName, GetFullPathName)                   \
+    X(getVolumeInformation, GetVolumeInformation)         \
     X(getFileVersionInfo, GetFileVersionInfo)             \
     X(getFileVersionInfoSize, GetFileVersionInfoSize)     \
     X(getMessage, GetMessage)                             \

@@ -1,0 +1,10 @@
+// The classes that the library offers by name.
+#pragma once
+
+#include "win32/com_module.h"
+
+namespace helmkit {
+
+const win32::ComModule& comModule();
+
+}  // namespace helmkit

@@ -1,0 +1,77 @@
+#include "helmkit/enum_variant.h"
+
+#include "win32/com_server.h"
+
+namespace helmkit::server {
+
+namespace {
+
+class Enumerator : public IEnumVARIANT {
+  public:
+    Enumerator(Sequence& sequence, LONG position)
+        : sequence_(sequence), owner_(sequence.owner()), position_(position) {
+        win32::addModuleUse();
+    }
+    Enumerator(const Enumerator&) = delete;
+    Enumerator& operator=(const Enumerator&) = delete;
+
+    STDMETHODIMP QueryInterface(REFIID wanted, void** object) override {
+        if (!object) return E_POINTER;
+        bool isOurs = wanted == IID_IUnknown || wanted == IID_IEnumVARIANT;
+        *object = isOurs ? this : nullptr;
+        if (!isOurs) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ::InterlockedIncrement(&references_); }
+    STDMETHODIMP_(ULONG) Release() override {
+        LONG left = ::InterlockedDecrement(&references_);
+        if (left == 0) delete this;
+        return left;
+    }
+
+    STDMETHODIMP Next(ULONG wanted, VARIANT* items, ULONG* fetched) override {
+        if (fetched) *fetched = 0;
+        if (!items || (wanted > 1 && !fetched)) return E_POINTER;
+        ULONG count = 0;
+        HRESULT outcome = win32::guarded(IID_IEnumVARIANT, [&] {
+            for (; count < wanted && position_ < sequence_.length(); ++count, ++position_) {
+                win32::Variant item = sequence_.itemAt(position_);
+                items[count] = item;
+                ::VariantInit(&item);
+            }
+        });
+        if (fetched) *fetched = count;
+        if (FAILED(outcome) && count == 0) return outcome;
+        return count == wanted ? S_OK : S_FALSE;
+    }
+    STDMETHODIMP Skip(ULONG count) override {
+        ULONG left = static_cast<ULONG>(sequence_.length() - position_);
+        position_ += static_cast<LONG>(count < left ? count : left);
+        return count <= left ? S_OK : S_FALSE;
+    }
+    STDMETHODIMP Reset() override {
+        position_ = 0;
+        return S_OK;
+    }
+    STDMETHODIMP Clone(IEnumVARIANT** copy) override {
+        return win32::guarded(IID_IEnumVARIANT,
+                              [&] { win32::result(copy) = newEnumerator(sequence_, position_).release(); });
+    }
+
+  private:
+    virtual ~Enumerator() { win32::removeModuleUse(); }
+
+    Sequence& sequence_;
+    win32::ComPtr<IUnknown> owner_;
+    LONG position_;
+    LONG references_ = 1;
+};
+
+}  // namespace
+
+win32::ComPtr<IEnumVARIANT> newEnumerator(Sequence& sequence, LONG position) {
+    return win32::ComPtr<IEnumVARIANT>::adopt(new Enumerator(sequence, position));
+}
+
+}  // namespace helmkit::server

@@ -1,0 +1,93 @@
+#include "helmkit/file_services.h"
+
+#include "win32/files.h"
+#include "win32/text.h"
+
+namespace helmkit::server {
+
+namespace {
+
+std::wstring textOf(BSTR text) {
+    return std::wstring(win32::BString::view(text));
+}
+
+// Byte n is the character U+00nn; what is no byte goes through the code page.
+std::string bytesOfText(std::wstring_view text) {
+    std::string bytes;
+    bytes.reserve(text.size());
+    for (size_t i = 0; i < text.size(); ++i) {
+        if (text[i] < 0x100) {
+            bytes += static_cast<char>(text[i]);
+            continue;
+        }
+        size_t begin = i;
+        while (i + 1 < text.size() && text[i + 1] >= 0x100) ++i;
+        bytes += win32::toAnsi(text.substr(begin, i + 1 - begin));
+    }
+    return bytes;
+}
+
+class ByteArray {
+  public:
+    explicit ByteArray(size_t size) : array_(::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(size))) {
+        if (!array_) win32::raise(E_OUTOFMEMORY, L"Out of memory");
+    }
+    ~ByteArray() {
+        if (array_) ::SafeArrayDestroy(array_);
+    }
+    ByteArray(const ByteArray&) = delete;
+    ByteArray& operator=(const ByteArray&) = delete;
+    void* data() { return array_->pvData; }
+    SAFEARRAY* release() { return std::exchange(array_, nullptr); }
+
+  private:
+    SAFEARRAY* array_;
+};
+
+SAFEARRAY* readBytes(const std::wstring& path) {
+    win32::FileReader file(path);
+    if (file.size() > 0x7FFFFFFF) win32::raiseWin32(ERROR_FILE_TOO_LARGE, path);
+    size_t size = static_cast<size_t>(file.size());
+    ByteArray bytes(size);
+    if (file.read(bytes.data(), size) != size) win32::raiseWin32(ERROR_HANDLE_EOF, path);
+    return bytes.release();
+}
+
+}  // namespace
+
+STDMETHODIMP FileServices::CreateFolder(BSTR path) {
+    return method([&] { win32::createFolder(textOf(path)); });
+}
+
+STDMETHODIMP FileServices::FileExists(BSTR path, VARIANT_BOOL* exists) {
+    return method(
+        [&] { win32::result(exists) = win32::fileExists(textOf(path)) ? VARIANT_TRUE : VARIANT_FALSE; });
+}
+
+STDMETHODIMP FileServices::ReadTextFile(BSTR path, BSTR* text) {
+    return method([&] {
+        win32::result(text);
+        std::string bytes = win32::readFile(textOf(path));
+        std::wstring characters(bytes.size(), L'\0');
+        for (size_t i = 0; i < bytes.size(); ++i) characters[i] = static_cast<unsigned char>(bytes[i]);
+        *text = win32::BString(characters).release();
+    });
+}
+
+STDMETHODIMP FileServices::WriteTextFile(BSTR path, BSTR text) {
+    return method([&] { win32::replaceFile(textOf(path), bytesOfText(win32::BString::view(text))); });
+}
+
+STDMETHODIMP FileServices::ReadFileBytes(BSTR path, SAFEARRAY** bytes) {
+    return method([&] {
+        win32::result(bytes);
+        try {
+            *bytes = readBytes(textOf(path));
+        } catch (const std::exception&) {
+            // Callers take a file that cannot be read as one without bytes.
+            *bytes = ByteArray(0).release();
+        }
+    });
+}
+
+}  // namespace helmkit::server

@@ -1,0 +1,15 @@
+// The arguments of FormatMessage.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "win32/platform.h"
+
+namespace helmkit {
+
+// The texts of a one-dimensional array of values, by value or by reference, or of a single value; none of
+// nothing. Numbers are in decimal, missing values empty. Arrays of more dimensions raise E_INVALIDARG.
+std::vector<std::wstring> messageArguments(const VARIANT& arguments);
+
+}  // namespace helmkit

@@ -1,0 +1,70 @@
+#pragma once
+
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "helmkit.h"
+#include "helmkit/enum_variant.h"
+#include "win32/com_server.h"
+
+namespace helmkit::server {
+
+// The names of the fields, each kept once for all records of a list.
+using FieldNames = std::set<std::wstring, std::less<>>;
+
+// IRecord: a name and named fields. A field is no object of its own until somebody asks for it: lists hold
+// thousands of records.
+class Record : public win32::AutomationObject<IRecord, &IID_IRecord>, private Sequence {
+  public:
+    Record() : Record(std::make_shared<FieldNames>()) {}
+    explicit Record(std::shared_ptr<FieldNames> names) : names_(std::move(names)) {}
+
+    STDMETHODIMP SetName(BSTR name) override;
+    STDMETHODIMP get_Name(BSTR* name) override;
+    STDMETHODIMP SetField(BSTR name, VARIANT value) override;
+    STDMETHODIMP Field(BSTR name, IField** field) override;
+    STDMETHODIMP get_Count(LONG* count) override;
+    STDMETHODIMP get__NewEnum(IUnknown** enumerator) override;
+
+    // For the fields, which stand for their record's values of one name.
+    std::vector<const VARIANT*> valuesOf(const std::wstring* name) const;
+    void addValue(const std::wstring* name, const VARIANT& value);
+
+  private:
+    // The values of all fields, in the order of adding; those of one name are one field.
+    struct Entry {
+        const std::wstring* name;  // in names_
+        win32::Variant value;
+    };
+
+    LONG length() override { return static_cast<LONG>(fieldNames().size()); }
+    win32::Variant itemAt(LONG position) override;
+    IUnknown* owner() override { return static_cast<IRecord*>(this); }
+
+    std::vector<const std::wstring*> fieldNames() const;
+    win32::ComPtr<IField> newField(const std::wstring* name);
+
+    std::wstring name_;
+    std::shared_ptr<FieldNames> names_;
+    std::vector<Entry> entries_;
+};
+
+// IField: the values of one name in one record.
+class Field : public win32::AutomationObject<IField, &IID_IField> {
+  public:
+    Field(Record* record, const std::wstring* name) : record_(record), name_(name) {}
+
+    STDMETHODIMP get_Name(BSTR* name) override;
+    STDMETHODIMP Add(VARIANT value) override;
+    STDMETHODIMP get_Count(LONG* count) override;
+    STDMETHODIMP get_Item(LONG position, VARIANT* value) override;
+    STDMETHODIMP get_Value(VARIANT* value) override;
+
+  private:
+    win32::ComPtr<Record> record_;
+    const std::wstring* name_;  // belongs to the record's names
+};
+
+}  // namespace helmkit::server

@@ -1,0 +1,145 @@
+#include "helmkit/registry_access.h"
+
+#include "helmkit/keyed_list.h"
+#include "helmkit/registry_export.h"
+#include "helmkit/registry_text.h"
+
+namespace helmkit::server {
+
+namespace {
+
+std::wstring textOf(BSTR text) {
+    return std::wstring(win32::BString::view(text));
+}
+
+// A hive crosses as a 32-bit number, which is sign-extended to the predefined handle.
+HKEY hiveOf(LONG number) {
+    HKEY hive = reinterpret_cast<HKEY>(static_cast<LONG_PTR>(number));
+    if (hive != HKEY_CLASSES_ROOT && hive != HKEY_CURRENT_USER && hive != HKEY_LOCAL_MACHINE) {
+        win32::raise(E_INVALIDARG, L"Not a registry hive: " + std::to_wstring(static_cast<ULONG>(number)));
+    }
+    return hive;
+}
+
+// What a reader is told about something that is not there.
+LONG readStatus(LONG error) {
+    return win32::isAbsent(error) ? ERROR_FILE_NOT_FOUND : error;
+}
+
+bool isMissing(LONG error) {
+    return win32::isAbsent(error) || error == ERROR_INVALID_NAME;
+}
+
+LONG writeString(HKEY hive, const std::wstring& path, const std::wstring& name, const std::wstring& text) {
+    win32::RegistryKey key;
+    if (LONG error = key.create(hive, path, KEY_QUERY_VALUE | KEY_SET_VALUE)) return error;
+    win32::RegistryValue present;
+    bool keepsType =
+        !key.query(name, present) && (present.type == REG_EXPAND_SZ || present.type == REG_MULTI_SZ);
+    DWORD type = keepsType ? present.type : REG_SZ;
+    return key.set(name, type, dataOfString(type, text));
+}
+
+}  // namespace
+
+STDMETHODIMP RegistryAccess::ReadValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR* data, LONG* status) {
+    return method([&] {
+        win32::result(data);
+        win32::result(status);
+        win32::RegistryValue value;
+        LONG error = query(hive, keyPath, valueName, value);
+        if (error && !isMissing(error)) win32::raiseWin32(error, textOf(keyPath));
+        ValueText text = error ? ValueText{{}, readStatus(error)} : textOfValue(value.type, value.data);
+        *data = win32::BString(text.text).release();
+        *status = text.status;
+    });
+}
+
+STDMETHODIMP RegistryAccess::WriteValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR data, LONG* status) {
+    return method([&] {
+        forgetKey();
+        win32::result(status) = writeString(hiveOf(hive), textOf(keyPath), textOf(valueName), textOf(data));
+    });
+}
+
+STDMETHODIMP RegistryAccess::DeleteValue(LONG hive, BSTR keyPath, BSTR valueName, LONG* status) {
+    return method([&] {
+        forgetKey();
+        win32::RegistryKey key;
+        LONG error = key.open(hiveOf(hive), textOf(keyPath), KEY_QUERY_VALUE | KEY_SET_VALUE);
+        win32::result(status) = error ? error : key.deleteValue(textOf(valueName));
+    });
+}
+
+STDMETHODIMP RegistryAccess::EnumSubkeys(LONG hive, BSTR keyPath, IKeyedList** names) {
+    return method([&] { listNames(hive, keyPath, names, win32::subkeyNames); });
+}
+
+STDMETHODIMP RegistryAccess::EnumValues(LONG hive, BSTR keyPath, IKeyedList** names) {
+    return method([&] { listNames(hive, keyPath, names, win32::valueNames); });
+}
+
+STDMETHODIMP RegistryAccess::DeleteKey(LONG hive, BSTR keyPath, LONG* status) {
+    return method([&] {
+        forgetKey();
+        win32::result(status) = win32::deleteKeyTree(hiveOf(hive), textOf(keyPath));
+    });
+}
+
+STDMETHODIMP RegistryAccess::ExportKey(LONG* hive, BSTR* keyPath, BSTR* text) {
+    return method([&] {
+        win32::result(text);
+        if (!hive || !keyPath) win32::raise(E_POINTER, L"No hive or key was given");
+        *text = win32::BString(exportKey(hiveOf(*hive), textOf(*keyPath))).release();
+    });
+}
+
+STDMETHODIMP RegistryAccess::ExportValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR* text) {
+    return method([&] {
+        win32::result(text) =
+            win32::BString(exportValue(hiveOf(hive), textOf(keyPath), textOf(valueName))).release();
+    });
+}
+
+STDMETHODIMP RegistryAccess::ValueType(LONG hive, BSTR keyPath, BSTR valueName, LONG* type) {
+    return method([&] {
+        win32::result(type) = -1;
+        win32::RegistryValue value;
+        LONG error = query(hive, keyPath, valueName, value);
+        if (error && !isMissing(error)) win32::raiseWin32(error, textOf(keyPath));
+        if (!error) *type = static_cast<LONG>(value.type);
+    });
+}
+
+LONG RegistryAccess::openForReading(HKEY hive, const std::wstring& path) {
+    if (key_ && hive == keyHive_ && path == keyPath_) return ERROR_SUCCESS;
+    keyHive_ = hive;
+    keyPath_ = path;
+    return key_.open(hive, path, KEY_READ);
+}
+
+LONG RegistryAccess::query(LONG hive, BSTR keyPath, BSTR valueName, win32::RegistryValue& value) {
+    HKEY root = hiveOf(hive);
+    std::wstring path = textOf(keyPath), name = textOf(valueName);
+    LONG error = openForReading(root, path);
+    if (!error) error = key_.query(name, value);
+    if (error != ERROR_KEY_DELETED) return error;
+    // Somebody deleted the key, and may have made it again, since it was opened.
+    forgetKey();
+    error = openForReading(root, path);
+    return error ? error : key_.query(name, value);
+}
+
+void RegistryAccess::listNames(LONG hive, BSTR keyPath, IKeyedList** names, ListNames list) {
+    win32::result(names);
+    std::vector<std::wstring> found;
+    win32::RegistryKey key;
+    LONG error = key.open(hiveOf(hive), textOf(keyPath), KEY_READ);
+    if (!error) error = list(key, found);
+    if (error && !isMissing(error)) win32::raiseWin32(error, textOf(keyPath));
+    auto made = win32::ComPtr<KeyedList>::adopt(new KeyedList());
+    for (const std::wstring& name : found) made->append(name);
+    *names = made.release();
+}
+
+}  // namespace helmkit::server

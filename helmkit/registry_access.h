@@ -1,0 +1,39 @@
+#pragma once
+
+#include <string>
+
+#include "helmkit.h"
+#include "win32/com_server.h"
+#include "win32/registry.h"
+
+namespace helmkit::server {
+
+// IRegistryAccess. Reading raises what is neither success nor absence nor a refused name; writing and
+// deleting raise nothing but wrong arguments and tell the Win32 error.
+class RegistryAccess : public win32::AutomationObject<IRegistryAccess, &IID_IRegistryAccess> {
+  public:
+    STDMETHODIMP ReadValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR* data, LONG* status) override;
+    STDMETHODIMP WriteValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR data, LONG* status) override;
+    STDMETHODIMP DeleteValue(LONG hive, BSTR keyPath, BSTR valueName, LONG* status) override;
+    STDMETHODIMP EnumSubkeys(LONG hive, BSTR keyPath, IKeyedList** names) override;
+    STDMETHODIMP EnumValues(LONG hive, BSTR keyPath, IKeyedList** names) override;
+    STDMETHODIMP DeleteKey(LONG hive, BSTR keyPath, LONG* status) override;
+    STDMETHODIMP ExportKey(LONG* hive, BSTR* keyPath, BSTR* text) override;
+    STDMETHODIMP ExportValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR* text) override;
+    STDMETHODIMP ValueType(LONG hive, BSTR keyPath, BSTR valueName, LONG* type) override;
+
+  private:
+    using ListNames = LONG (*)(const win32::RegistryKey&, std::vector<std::wstring>&);
+
+    LONG openForReading(HKEY hive, const std::wstring& path);
+    LONG query(LONG hive, BSTR keyPath, BSTR valueName, win32::RegistryValue& value);
+    void listNames(LONG hive, BSTR keyPath, IKeyedList** names, ListNames list);
+    void forgetKey() { key_.close(); }
+
+    // The key read last stays open, for whoever reads its values one by one.
+    win32::RegistryKey key_;
+    HKEY keyHive_ = nullptr;
+    std::wstring keyPath_;
+};
+
+}  // namespace helmkit::server

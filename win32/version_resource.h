@@ -1,0 +1,30 @@
+// The strings of a file's version resource.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "win32/platform.h"
+
+namespace win32 {
+
+class VersionResource {
+  public:
+    // Reads the file's version block once. A file that is missing or has none gives an object without
+    // strings.
+    explicit VersionResource(const std::wstring& path, LANGID userLanguage = ::GetUserDefaultLangID());
+
+    // The string of that name (letter case does not matter) up to its first NUL, from the first table where
+    // it is not blank, so that a table that is named but missing or empty hides nothing. Blank only when it
+    // is blank in every table that has it; none when no table has it.
+    std::optional<std::wstring> string(const std::wstring& name) const;
+
+  private:
+    std::optional<std::wstring> stringOf(const std::wstring& table, const std::wstring& name) const;
+
+    std::string block_;
+    std::vector<std::wstring> tables_;
+};
+
+}  // namespace win32
