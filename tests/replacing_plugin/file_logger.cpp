@@ -1,0 +1,75 @@
+#include "tests/replacing_plugin/file_logger.h"
+
+#include "win32/com_server.h"
+#include "win32/files.h"
+#include "win32/system.h"
+#include "win32/text.h"
+
+namespace {
+
+const DISPID writeLogId = 1;
+const UINT argumentCount = 4;
+
+class FileLogger : public IDispatch {
+  public:
+    FileLogger() : file_(win32::moduleFolder(win32::thisModule()) + L"\\replaced.log") {
+        win32::addModuleUse();
+    }
+    FileLogger(const FileLogger&) = delete;
+    FileLogger& operator=(const FileLogger&) = delete;
+
+    STDMETHODIMP QueryInterface(REFIID wanted, void** object) override {
+        bool isOurs = wanted == IID_IUnknown || wanted == IID_IDispatch;
+        *object = isOurs ? this : nullptr;
+        if (!isOurs) return E_NOINTERFACE;
+        AddRef();
+        return S_OK;
+    }
+    STDMETHODIMP_(ULONG) AddRef() override { return ::InterlockedIncrement(&references_); }
+    STDMETHODIMP_(ULONG) Release() override {
+        LONG left = ::InterlockedDecrement(&references_);
+        if (left == 0) delete this;
+        return left;
+    }
+    STDMETHODIMP GetTypeInfoCount(UINT* count) override {
+        *count = 0;
+        return S_OK;
+    }
+    STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+    STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* ids) override {
+        bool isKnown = count == 1 && win32::sameIgnoringCase(names[0], L"WriteLog");
+        *ids = isKnown ? writeLogId : DISPID_UNKNOWN;
+        return isKnown ? S_OK : DISP_E_UNKNOWNNAME;
+    }
+    STDMETHODIMP Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*,
+                        UINT*) override {
+        if (id != writeLogId) return DISP_E_MEMBERNOTFOUND;
+        if (parameters->cArgs != argumentCount) return DISP_E_BADPARAMCOUNT;
+        return win32::guarded(IID_IDispatch, [&] { write(parameters->rgvarg); });
+    }
+
+  private:
+    virtual ~FileLogger() { win32::removeModuleUse(); }
+
+    static std::wstring textOf(VARIANT& argument) {
+        win32::Variant text;
+        win32::check(::VariantChangeType(&text, &argument, 0, VT_BSTR));
+        return std::wstring(win32::BString::view(text.bstrVal));
+    }
+
+    // The arguments stand last first: source, level, text, code.
+    void write(VARIANT* last) {
+        std::wstring line =
+            textOf(last[1]) + L'|' + textOf(last[0]) + L'|' + textOf(last[3]) + L'|' + textOf(last[2]);
+        file_.write(win32::toUtf8(line + L"\r\n"));
+    }
+
+    win32::AppendFile file_;
+    LONG references_ = 1;
+};
+
+}  // namespace
+
+win32::ComPtr<IDispatch> newFileLogger() {
+    return win32::ComPtr<IDispatch>::adopt(new FileLogger());
+}

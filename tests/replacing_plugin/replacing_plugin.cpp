@@ -1,0 +1,41 @@
+// QLNCustom.dll as somebody else might write it.
+#include "qlncustom.h"
+#include "tests/replacing_plugin/file_logger.h"
+#include "win32/com_module.h"
+#include "win32/com_server.h"
+
+namespace {
+
+class ReplacingPlugin : public win32::AutomationObject<ICCustom2, &IID_ICCustom2> {
+  public:
+    STDMETHODIMP Init(IDispatch** logger) override {
+        return method([&] {
+            auto replacement = newFileLogger();
+            auto replaced = win32::ComPtr<IDispatch>::adopt(*logger);
+            *logger = replacement.release();
+        });
+    }
+};
+
+const win32::ComClass classes[] = {
+    {&CLSID_CCustom2, L"QLNCustom.CCustom2", win32::createObject<ReplacingPlugin>}};
+
+const win32::ComModule module = {classes, 1, &LIBID_QLNCustom, 2, 1};
+
+}  // namespace
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
+    return win32::getClassObject(module, clsid, iid, object);
+}
+
+STDAPI DllCanUnloadNow() {
+    return win32::canUnloadNow();
+}
+
+STDAPI DllRegisterServer() {
+    return win32::registerModule(module);
+}
+
+STDAPI DllUnregisterServer() {
+    return win32::unregisterModule(module);
+}
