@@ -1,0 +1,174 @@
+#include "helmkit/file_services.h"
+
+#include <doctest/doctest.h>
+
+#include "tests/support/objects.h"
+#include "tests/support/temp_folder.h"
+#include "win32/files.h"
+#include "win32/flavour.h"
+
+namespace {
+
+struct Files {
+    TempFolder folder;
+    win32::ComPtr<helmkit::server::FileServices> services = make<helmkit::server::FileServices>();
+
+    std::wstring read(const std::wstring& path) {
+        return stringFrom([&](BSTR* text) { return services->ReadTextFile(bs(path).get(), text); });
+    }
+    HRESULT write(const std::wstring& path, const std::wstring& text) {
+        return services->WriteTextFile(bs(path).get(), bs(text).get());
+    }
+    bool exists(const std::wstring& path) {
+        VARIANT_BOOL answer = VARIANT_FALSE;
+        REQUIRE(services->FileExists(bs(path).get(), &answer) == S_OK);
+        return answer == VARIANT_TRUE;
+    }
+    ULONG byteCount(const std::wstring& path) {
+        SAFEARRAY* bytes = nullptr;
+        REQUIRE(services->ReadFileBytes(bs(path).get(), &bytes) == S_OK);
+        REQUIRE(bytes);
+        ULONG count = bytes->rgsabound[0].cElements;
+        ::SafeArrayDestroy(bytes);
+        return count;
+    }
+};
+
+std::string allBytes() {
+    std::string bytes;
+    for (int i = 0; i < 256; ++i) bytes += static_cast<char>(i);
+    return bytes;
+}
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Files, "every byte goes through text and back") {
+    std::wstring path = folder.file(L"all.bin");
+    TempFolder::write(path, allBytes());
+    std::wstring text = read(path);
+    REQUIRE(text.size() == 256);
+    for (wchar_t i = 0; i < 256; ++i) REQUIRE(text[i] == i);
+    CHECK(write(folder.file(L"copy.bin"), text) == S_OK);
+    CHECK(TempFolder::read(folder.file(L"copy.bin")) == allBytes());
+    CHECK(folder.count() == 2);
+}
+
+TEST_CASE_FIXTURE(Files, "characters that are no bytes go through the code page") {
+    std::wstring path = folder.file(L"euro.txt");
+    CHECK(write(path, L"a\u20AC\u0416\u00E4z") == S_OK);
+    CHECK(TempFolder::read(path) == "a" + win32::toAnsi(L"\u20AC\u0416") + "\xE4z");
+}
+
+TEST_CASE_FIXTURE(Files, "writing replaces a file completely and leaves nothing beside it") {
+    std::wstring path = folder.file(L"win.ini");
+    TempFolder::write(path, "a much longer text than the new one");
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM);
+    CHECK(write(path, L"new") == S_OK);
+    CHECK(TempFolder::read(path) == "new");
+    DWORD attributes = ::GetFileAttributesW(path.c_str());
+    CHECK((attributes & (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM)) ==
+          (FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM));
+    CHECK(write(path, L"") == S_OK);
+    CHECK(TempFolder::read(path) == "");
+    CHECK(folder.count() == 1);
+}
+
+TEST_CASE_FIXTURE(Files, "a read-only file is refused and stays as it was") {
+    std::wstring path = folder.file(L"system.ini");
+    TempFolder::write(path, "old");
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_READONLY);
+    CHECK(write(path, L"new") == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    CHECK(TempFolder::read(path) == "old");
+    CHECK((::GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_READONLY) != 0);
+    CHECK(folder.count() == 1);
+}
+
+TEST_CASE_FIXTURE(Files, "a file that is in use is refused and stays as it was") {
+    std::wstring path = folder.file(L"used.ini");
+    TempFolder::write(path, "old");
+    {
+        win32::OwnedFile user(
+            ::CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+        REQUIRE(user);
+        CHECK(FAILED(write(path, L"new")));
+    }
+    CHECK(TempFolder::read(path) == "old");
+    CHECK(folder.count() == 1);
+}
+
+TEST_CASE_FIXTURE(Files, "a file cannot be written where a folder stands or none is") {
+    CHECK(FAILED(write(folder.path(), L"x")));
+    CHECK(FAILED(write(folder.file(L"no\\folder.txt"), L"x")));
+    CHECK(FAILED(write(L"", L"x")));
+    CHECK(FAILED(write(folder.file(L"a") + std::wstring(L"\0b", 2), L"x")));
+    CHECK(folder.count() == 0);
+}
+
+TEST_CASE_FIXTURE(Files, "a folder is made once, a file in its place is an error") {
+    std::wstring path = folder.file(L"Backup");
+    CHECK(services->CreateFolder(bs(path).get()) == S_OK);
+    CHECK(services->CreateFolder(bs(path).get()) == S_OK);
+    CHECK((::GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_DIRECTORY) != 0);
+    TempFolder::write(folder.file(L"file"), "x");
+    CHECK(FAILED(services->CreateFolder(bs(folder.file(L"file")).get())));
+    CHECK(FAILED(services->CreateFolder(bs(folder.file(L"no\\such")).get())));
+}
+
+TEST_CASE_FIXTURE(Files, "a file exists, a folder and nothing do not") {
+    TempFolder::write(folder.file(L"here"), "");
+    CHECK(exists(folder.file(L"here")));
+    CHECK_FALSE(exists(folder.path()));
+    CHECK_FALSE(exists(folder.file(L"gone")));
+    CHECK_FALSE(exists(L""));
+    CHECK_FALSE(exists(folder.file(L"here") + std::wstring(L"\0x", 2)));
+    CHECK_FALSE(exists(L"\\\\?\\bad:|path"));
+}
+
+TEST_CASE_FIXTURE(Files, "bytes of a file, none of what cannot be read") {
+    TempFolder::write(folder.file(L"five"), "12345");
+    TempFolder::write(folder.file(L"none"), "");
+    CHECK(byteCount(folder.file(L"five")) == 5);
+    CHECK(byteCount(folder.file(L"none")) == 0);
+    CHECK(byteCount(folder.file(L"gone")) == 0);
+    CHECK(byteCount(folder.path()) == 0);
+    win32::OwnedFile locked(
+        ::CreateFileW(folder.file(L"five").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    CHECK(byteCount(folder.file(L"five")) == 0);
+}
+
+TEST_CASE_FIXTURE(Files, "a file over 2 GiB has no bytes") {
+    std::wstring path = folder.file(L"sparse");
+    {
+        win32::OwnedFile file(
+            ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+        LONG high = 0;
+        ::SetFilePointer(file.get(), static_cast<LONG>(0x80000000), &high, FILE_BEGIN);
+        REQUIRE(::SetEndOfFile(file.get()));
+    }
+    CHECK(byteCount(path) == 0);
+}
+
+TEST_CASE_FIXTURE(Files, "reading what is missing raises the Windows error with a description") {
+    win32::BString text;
+    CHECK(services->ReadTextFile(bs(folder.file(L"gone")).get(), text.out()) ==
+          HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND));
+    win32::ComPtr<IErrorInfo> info;
+    REQUIRE(::GetErrorInfo(0, info.out()) == S_OK);
+    win32::BString description;
+    info->GetDescription(description.out());
+    CHECK(description.text().find(folder.file(L"gone")) == 0);
+    CHECK(services->ReadTextFile(bs(L"x").get(), nullptr) == E_POINTER);
+}
+
+TEST_CASE_FIXTURE(Files, "long names and the search follow Windows") {
+    std::wstring path = folder.file(L"A long file name.text");
+    TempFolder::write(path, "x");
+    CHECK(win32::searchPath(path) == path);
+    CHECK(win32::searchPath(folder.file(L"gone")) == L"");
+    CHECK(win32::searchPath(std::wstring(3000, L'a')) == L"");
+    CHECK(win32::longPath(path) == path);
+    CHECK(win32::longPath(folder.file(L"gone")) == L"");
+    wchar_t shortPath[MAX_PATH] = L"";
+    REQUIRE(::GetShortPathNameW(path.c_str(), shortPath, MAX_PATH) > 0);
+    CHECK(win32::sameIgnoringCase(win32::longPath(shortPath), win32::longPath(path)));
+}

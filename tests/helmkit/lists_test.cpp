@@ -1,0 +1,253 @@
+#include <doctest/doctest.h>
+
+#include "helmkit/keyed_list.h"
+#include "helmkit/record_list.h"
+#include "tests/support/objects.h"
+
+namespace {
+
+using Names = std::vector<std::wstring>;
+
+struct Keyed {
+    win32::ComPtr<helmkit::server::KeyedList> list = make<helmkit::server::KeyedList>();
+
+    void add(const std::wstring& item, const std::wstring& key) {
+        REQUIRE(list->Add(win32::Variant(item), bs(key).get()) == S_OK);
+    }
+    bool has(const std::wstring& key) {
+        VARIANT_BOOL present = VARIANT_FALSE;
+        REQUIRE(list->Exists(bs(key).get(), &present) == S_OK);
+        return present == VARIANT_TRUE;
+    }
+    template <class Asked>
+    std::wstring item(Asked asked) {
+        win32::Variant found;
+        REQUIRE(list->get_Item(win32::Variant(asked), found.out()) == S_OK);
+        REQUIRE(found.vt == VT_BSTR);
+        return std::wstring(win32::BString::view(found.bstrVal));
+    }
+    LONG count() {
+        LONG count = -1;
+        REQUIRE(list->get_Count(&count) == S_OK);
+        return count;
+    }
+};
+
+template <class Value>
+win32::Variant variant(Value value) {
+    return win32::Variant(value);
+}
+
+struct Records {
+    win32::ComPtr<helmkit::server::RecordList> list = make<helmkit::server::RecordList>();
+
+    win32::ComPtr<IRecord> add() {
+        win32::ComPtr<IRecord> record;
+        REQUIRE(list->AddRecord(record.out()) == S_OK);
+        return record;
+    }
+    static win32::ComPtr<IField> field(const win32::ComPtr<IRecord>& record, const std::wstring& name) {
+        win32::ComPtr<IField> found;
+        REQUIRE(record->Field(bs(name).get(), found.out()) == S_OK);
+        return found;
+    }
+    static std::wstring text(const win32::ComPtr<IField>& field) {
+        win32::Variant value;
+        REQUIRE(field->get_Value(value.out()) == S_OK);
+        REQUIRE(value.vt == VT_BSTR);
+        return std::wstring(win32::BString::view(value.bstrVal));
+    }
+    static void set(const win32::ComPtr<IRecord>& record, const std::wstring& name,
+                    const std::wstring& value) {
+        REQUIRE(record->SetField(bs(name).get(), win32::Variant(value)) == S_OK);
+    }
+};
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Keyed, "items are found by key and by position, in the order of adding") {
+    add(L"C:\\b.exe", L"b");
+    add(L"C:\\a.exe", L"a");
+    CHECK(count() == 2);
+    CHECK(item(std::wstring(L"a")) == L"C:\\a.exe");
+    CHECK(item(LONG{1}) == L"C:\\b.exe");
+    CHECK(item(LONG{2}) == L"C:\\a.exe");
+    CHECK(itemsOf(list.get()) == Names{L"C:\\b.exe", L"C:\\a.exe"});
+}
+
+TEST_CASE_FIXTURE(Keyed, "keys are told apart by case and by what follows a NUL") {
+    add(L"1", L"Key");
+    CHECK(has(L"Key"));
+    CHECK_FALSE(has(L"key"));
+    CHECK_FALSE(has(std::wstring(L"Key\0", 4)));
+    add(L"2", std::wstring(L"Key\0", 4));
+    CHECK(count() == 2);
+    add(L"3", L"");
+    CHECK(item(std::wstring()) == L"3");
+}
+
+TEST_CASE_FIXTURE(Keyed, "under a key that is present the first item stays") {
+    add(L"first", L"k");
+    add(L"second", L"k");
+    CHECK(count() == 1);
+    CHECK(item(std::wstring(L"k")) == L"first");
+}
+
+TEST_CASE_FIXTURE(Keyed, "a list of names shows every name, also an equal one") {
+    for (const wchar_t* name : {L"a", L"?", L"?"}) list->append(name);
+    CHECK(count() == 3);
+    CHECK(itemsOf(list.get()) == Names{L"a", L"?", L"?"});
+    CHECK(has(L"?"));
+    add(L"x", L"?");
+    CHECK(count() == 3);
+}
+
+TEST_CASE_FIXTURE(Keyed, "what is not in the list is an error") {
+    add(L"x", L"k");
+    win32::Variant item;
+    CHECK(list->get_Item(variant(std::wstring(L"no")), item.out()) == E_INVALIDARG);
+    for (LONG position : {0L, 2L, -1L})
+        CHECK(list->get_Item(variant(position), item.out()) == DISP_E_BADINDEX);
+    CHECK(list->get_Item(variant(LONG{1}), nullptr) == E_POINTER);
+}
+
+TEST_CASE_FIXTURE(Keyed, "items of any kind are kept, references by what they lead to") {
+    LONG number = 7;
+    VARIANT reference;
+    reference.vt = VT_I4 | VT_BYREF;
+    reference.plVal = &number;
+    REQUIRE(list->Add(reference, bs(L"n").get()) == S_OK);
+    number = 8;
+    win32::Variant item;
+    REQUIRE(list->get_Item(variant(std::wstring(L"n")), item.out()) == S_OK);
+    CHECK(item.vt == VT_I4);
+    CHECK(item.lVal == 7);
+}
+
+TEST_CASE_FIXTURE(Keyed, "the walk serves many at once, skips, starts again and is copied") {
+    for (int i = 1; i <= 5; ++i) add(std::to_wstring(i), std::to_wstring(i));
+    win32::ComPtr<IUnknown> unknown;
+    REQUIRE(list->get__NewEnum(unknown.out()) == S_OK);
+    auto walk = unknown.as<IEnumVARIANT>(IID_IEnumVARIANT);
+    LONG uses = win32::moduleUses();
+    list = {};
+    CHECK(win32::moduleUses() == uses);  // the walk keeps the list
+    VARIANT items[4];
+    ULONG fetched = 9;
+    REQUIRE(walk->Next(4, items, &fetched) == S_OK);
+    CHECK(fetched == 4);
+    CHECK(std::wstring(items[3].bstrVal) == L"4");
+    for (VARIANT& item : items) ::VariantClear(&item);
+    win32::ComPtr<IEnumVARIANT> copy;
+    REQUIRE(walk->Clone(copy.out()) == S_OK);
+    CHECK(walk->Next(4, items, &fetched) == S_FALSE);
+    CHECK(fetched == 1);
+    ::VariantClear(items);
+    CHECK(copy->Skip(1) == S_OK);
+    CHECK(copy->Skip(1) == S_FALSE);
+    CHECK(copy->Reset() == S_OK);
+    REQUIRE(copy->Next(1, items, nullptr) == S_OK);
+    CHECK(std::wstring(items[0].bstrVal) == L"1");
+    ::VariantClear(items);
+    CHECK(walk->Next(2, items, nullptr) == E_POINTER);
+}
+
+TEST_CASE_FIXTURE(Keyed, "a hundred thousand keys are added and found quickly") {
+    DWORD start = ::GetTickCount();
+    for (int i = 0; i < 100000; ++i) add(L"x", std::to_wstring(i));
+    CHECK(has(L"99999"));
+    CHECK(count() == 100000);
+    CHECK(::GetTickCount() - start < 10000);
+}
+
+TEST_CASE_FIXTURE(Records, "records stand in the order of adding and outlive their list") {
+    auto first = add(), second = add();
+    REQUIRE(first->SetName(bs(L"one").get()) == S_OK);
+    REQUIRE(second->SetName(bs(L"two").get()) == S_OK);
+    LONG count = 0;
+    REQUIRE(list->get_Count(&count) == S_OK);
+    CHECK(count == 2);
+    win32::ComPtr<IRecord> found;
+    REQUIRE(list->get_Item(2, found.out()) == S_OK);
+    CHECK(stringFrom([&](BSTR* name) { return found->get_Name(name); }) == L"two");
+    CHECK(list->get_Item(0, found.out()) == DISP_E_BADINDEX);
+    CHECK(list->get_Item(3, found.out()) == DISP_E_BADINDEX);
+    set(first, L"Name", L"a");
+    auto name = field(first, L"Name");
+    list = {};
+    first = {};
+    CHECK(text(name) == L"a");
+}
+
+TEST_CASE_FIXTURE(Records, "walking a list gives its records") {
+    add()->SetName(bs(L"one").get());
+    add()->SetName(bs(L"two").get());
+    win32::ComPtr<IUnknown> unknown;
+    REQUIRE(list->get__NewEnum(unknown.out()) == S_OK);
+    auto walk = unknown.as<IEnumVARIANT>(IID_IEnumVARIANT);
+    Names names;
+    for (win32::Variant item; walk->Next(1, item.out(), nullptr) == S_OK;) {
+        REQUIRE(item.vt == VT_DISPATCH);
+        auto record = win32::ComPtr<IDispatch>(item.pdispVal).as<IRecord>(IID_IRecord);
+        names.push_back(stringFrom([&](BSTR* name) { return record->get_Name(name); }));
+    }
+    CHECK(names == Names{L"one", L"two"});
+}
+
+TEST_CASE_FIXTURE(Records, "setting a field replaces all it held") {
+    auto record = add();
+    set(record, L"Name", L"a");
+    REQUIRE(record->SetField(bs(L"Size").get(), variant(LONG{5})) == S_OK);
+    auto name = field(record, L"Name");
+    REQUIRE(name->Add(variant(std::wstring(L"b"))) == S_OK);
+    LONG count = 0;
+    REQUIRE(name->get_Count(&count) == S_OK);
+    CHECK(count == 2);
+    win32::Variant value;
+    REQUIRE(name->get_Item(2, value.out()) == S_OK);
+    CHECK(std::wstring(value.bstrVal) == L"b");
+    CHECK(name->get_Item(3, value.out()) == DISP_E_BADINDEX);
+    CHECK(name->get_Item(0, value.out()) == DISP_E_BADINDEX);
+    set(record, L"Name", L"c");
+    REQUIRE(name->get_Count(&count) == S_OK);
+    CHECK(count == 1);
+    CHECK(text(name) == L"c");
+    REQUIRE(field(record, L"Size")->get_Value(value.out()) == S_OK);
+    CHECK(value.vt == VT_I4);
+    CHECK(value.lVal == 5);
+}
+
+TEST_CASE_FIXTURE(Records, "fields are walked in the order of adding, names told apart by case") {
+    auto record = add();
+    for (const wchar_t* name : {L"Z", L"a", L"A"}) set(record, name, name);
+    field(record, L"Z")->Add(variant(std::wstring(L"more")));
+    LONG count = 0;
+    REQUIRE(record->get_Count(&count) == S_OK);
+    CHECK(count == 3);
+    win32::ComPtr<IUnknown> unknown;
+    REQUIRE(record->get__NewEnum(unknown.out()) == S_OK);
+    auto walk = unknown.as<IEnumVARIANT>(IID_IEnumVARIANT);
+    Names names;
+    for (win32::Variant item; walk->Next(1, item.out(), nullptr) == S_OK;) {
+        auto walked = win32::ComPtr<IDispatch>(item.pdispVal).as<IField>(IID_IField);
+        names.push_back(stringFrom([&](BSTR* name) { return walked->get_Name(name); }));
+    }
+    CHECK(names == Names{L"Z", L"a", L"A"});
+}
+
+TEST_CASE_FIXTURE(Records, "a field takes strings and numbers, and a missing one is an error") {
+    auto record = add();
+    VARIANT number = {};
+    number.vt = VT_I2;
+    number.iVal = -3;
+    REQUIRE(record->SetField(bs(L"n").get(), number) == S_OK);
+    win32::Variant value;
+    REQUIRE(field(record, L"n")->get_Value(value.out()) == S_OK);
+    CHECK(value.vt == VT_I4);
+    CHECK(value.lVal == -3);
+    VARIANT nothing = {};
+    CHECK(record->SetField(bs(L"x").get(), nothing) == DISP_E_TYPEMISMATCH);
+    win32::ComPtr<IField> missing;
+    CHECK(record->Field(bs(L"x").get(), missing.out()) == E_INVALIDARG);
+    CHECK_FALSE(missing);
+}
