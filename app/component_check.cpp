@@ -1,6 +1,6 @@
 #include "app/component_check.h"
 
-#include "helmkit/interfaces.h"
+#include "helmkit.h"
 #include "qlncustom.h"
 #include "win32/com.h"
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/interfaces.h"
+#include "helmkit.h"
 #include "win32/com.h"
 
 namespace helmkit {

@@ -8,7 +8,7 @@
 #include "helmkit/version_info.h"
 #include "helmkit/xml_escape.h"
 #include "win32/files.h"
-#include "win32/flavour.h"
+#include "win32/message_loop.h"
 #include "win32/system.h"
 
 namespace helmkit::server {
@@ -116,20 +116,7 @@ STDMETHODIMP SystemServices::EncodeBinaryText(BSTR bytes, BSTR* text) {
 }
 
 STDMETHODIMP SystemServices::PumpEvents() {
-    return method([&] {
-        win32::withFlavour([](auto f) {
-            MSG message;
-            while (f.peekMessage(&message, nullptr, 0u, 0u, UINT{PM_REMOVE})) {
-                if (message.message == WM_QUIT) {
-                    // Meant for the program's main loop.
-                    ::PostQuitMessage(static_cast<int>(message.wParam));
-                    return;
-                }
-                ::TranslateMessage(&message);
-                f.dispatchMessage(&message);
-            }
-        });
-    });
+    return method([] { win32::runPendingMessages(); });
 }
 
 }  // namespace helmkit::server

@@ -31,6 +31,20 @@ void runMessageLoopWhile(const std::function<bool()>& condition, const std::func
     });
 }
 
+void runPendingMessages() {
+    withFlavour([](auto f) {
+        MSG message;
+        while (f.peekMessage(&message, nullptr, 0u, 0u, UINT{PM_REMOVE})) {
+            if (message.message == WM_QUIT) {
+                ::PostQuitMessage(static_cast<int>(message.wParam));
+                return;
+            }
+            ::TranslateMessage(&message);
+            f.dispatchMessage(&message);
+        }
+    });
+}
+
 bool isDialogKey(HWND window, MSG& message) {
     return withFlavour([&](auto f) { return f.isDialogMessage(window, &message) != FALSE; });
 }

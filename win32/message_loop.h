@@ -15,6 +15,9 @@ int runMessageLoop(const std::function<bool(MSG&)>& preview);
 // too and is left to the outer loop.
 void runMessageLoopWhile(const std::function<bool()>& condition, const std::function<bool(MSG&)>& preview);
 
+// Lets the messages that are waiting run. An end of the program is left to the main loop.
+void runPendingMessages();
+
 // Lets a window's dialog keys (Tab, access keys) do their work; true when the message was one.
 bool isDialogKey(HWND window, MSG& message);
 

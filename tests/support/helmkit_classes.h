@@ -12,8 +12,7 @@
 class HelmkitClasses {
   public:
     HelmkitClasses() {
-        for (size_t i = 0; i < helmkit::comModule().count; ++i)
-            offer(*helmkit::comModule().classes[i].clsid);
+        for (size_t i = 0; i < helmkit::comModule().count; ++i) offer(*helmkit::comModule().classes[i].clsid);
     }
     ~HelmkitClasses() { revoke(); }
     HelmkitClasses(const HelmkitClasses&) = delete;
