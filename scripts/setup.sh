@@ -3,7 +3,7 @@
 # network nor root, when everything is already there.
 set -euo pipefail
 
-base=(cmake ninja-build make git python3 g++ clang libclang-rt-14-dev doctest-dev
+base=(cmake ninja-build make git python3 g++ clang clang-format libclang-rt-14-dev doctest-dev
       g++-mingw-w64-i686-win32 g++-mingw-w64-x86-64-win32 mingw-w64-tools
       xvfb xdotool x11-utils imagemagick fonts-liberation procps)
 # widl imports the Automation base types from the IDL files of libwine-dev.

@@ -1,0 +1,73 @@
+#!/usr/bin/env bash
+# Wine prefixes for runs and tests: one base, made once, and cheap copies of it.
+#
+#     scripts/wine-prefix.sh base                   makes build/wine/base unless it is there
+#     scripts/wine-prefix.sh copy FOLDER FAMILY [unmanaged]
+#                                                   a fresh copy of the base that is win98, win2k, winxp or win10;
+#                                                   `unmanaged` for a display without window manager
+#     scripts/wine-prefix.sh stop FOLDER            ends every program of that prefix
+#     scripts/wine-prefix.sh has32                  succeeds when 32-bit Windows programs can run
+set -euo pipefail
+top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+base=$top/build/wine/base
+
+export WINEDEBUG=${WINEDEBUG:--all}
+# No offers to install Mono and Gecko, no menu entries on the developer's own desktop.
+export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d'
+
+wineserver_of() { WINEPREFIX=$1 wineserver "$2" 2>/dev/null || true; }
+
+# A prefix that was cut short while being made must not be taken for a finished one.
+make_base() {
+    [ -f "$base/.quillon-base" ] && return
+    printf 'wine: making the base prefix\n'
+    wineserver_of "$base" -k
+    rm -rf "$base"
+    mkdir -p "$(dirname "$base")"
+    # A home of its own: Wine would link its user folders to the developer's documents.
+    mkdir -p "$top/build/wine/home"
+    local log=$top/build/wine/base.log
+    if ! HOME=$top/build/wine/home WINEPREFIX=$base wineboot -i >"$log" 2>&1; then
+        printf 'wine: the base prefix could not be made; see %s\n' "$log" >&2
+        return 1
+    fi
+    # Wine's own start-up entry would show up among those that a test puts there.
+    WINEPREFIX=$base wine reg delete 'HKLM\Software\Microsoft\Windows\CurrentVersion\RunServices' /v winemenubuilder /f /reg:64 >>"$log" 2>&1 || true
+    WINEPREFIX=$base wineserver -w
+    # The signs of the caption buttons; Wine does not find them among its own fonts.
+    local signs=/usr/share/wine/fonts/marlett.ttf
+    [ ! -f "$signs" ] || install -D -m 644 "$signs" "$base/drive_c/windows/Fonts/marlett.ttf"
+    : >"$base/.quillon-base"
+}
+
+# Hard links share what nobody changes. The registry files and the ini files are written in place
+# (wineserver only renames a new file over a registry file that has a single link), so they are copied.
+copy_base() {
+    local folder=$1 family=$2 windows=${3:-} file
+    wineserver_of "$folder" -k
+    rm -rf "$folder"
+    mkdir -p "$(dirname "$folder")"
+    cp -al "$base" "$folder"
+    for file in system.reg user.reg userdef.reg .update-timestamp wineserver \
+        drive_c/windows/win.ini drive_c/windows/system.ini; do
+        [ -e "$folder/$file" ] || continue
+        cp -p "$folder/$file" "$folder/$file.own"
+        mv -f "$folder/$file.own" "$folder/$file"
+    done
+    printf '\n[Software\\\\Wine]\n"Version"="%s"\n' "$family" >>"$folder/user.reg"
+    # Without a window manager Wine waits two seconds for one at every window that opens or closes.
+    [ "$windows" != unmanaged ] || printf '\n[Software\\\\Wine\\\\X11 Driver]\n"Managed"="N"\n' >>"$folder/user.reg"
+}
+
+has_32bit() { make_base >&2 && WINEPREFIX=$base wine "$base/drive_c/windows/syswow64/hostname.exe" >/dev/null 2>&1; }
+
+case ${1:-} in
+base) make_base ;;
+copy) make_base && copy_base "$2" "$3" "${4:-}" ;;
+stop) wineserver_of "$2" -k ;;
+has32) has_32bit ;;
+*)
+    printf 'usage: wine-prefix.sh base | copy FOLDER FAMILY [unmanaged] | stop FOLDER | has32\n' >&2
+    exit 2
+    ;;
+esac
