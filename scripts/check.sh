@@ -1,0 +1,70 @@
+#!/usr/bin/env bash
+# Rules that no compiler checks. Looks at the sources and at the finished 32-bit build (scripts/build.sh x86).
+# Its last line is `N passed, N failed, N skipped`.
+set -uo pipefail
+cd "$(dirname "$0")/.." || exit
+
+product=(app startup files support helmkit plugin)
+passed=0 failed=0
+
+rule() {
+    local name=$1
+    shift
+    if "$@"; then
+        passed=$((passed + 1))
+        printf 'ok    %s\n' "$name"
+    else
+        failed=$((failed + 1))
+        printf 'FAIL  %s\n' "$name"
+    fi
+}
+
+sources() { find "$@" \( -name '*.cpp' -o -name '*.h' \) -print0; }
+
+formatted() { sources "${product[@]}" win32 tests | xargs -0 clang-format --dry-run -Werror; }
+
+# The choice between ANSI and wide functions belongs to win32/ alone.
+no_flavour_words() {
+    ! sources "${product[@]}" | xargs -0 grep -nHE '\bTCHAR\b|\bTEXT\(|\b_T\(|\bUNICODE\b'
+}
+
+# What the compiler made of the sources tells it better than their text: no import that ends in A or W.
+no_flavour_calls() {
+    local folder objects found
+    for folder in "${product[@]}"; do
+        mapfile -d '' -t objects < <(find "build/x86/$folder" -name '*.obj' -print0 2>/dev/null)
+        if [ ${#objects[@]} = 0 ]; then
+            printf 'no object files of %s: build it first (scripts/build.sh x86)\n' "$folder"
+            return 1
+        fi
+        found=$(i686-w64-mingw32-nm -A --undefined-only "${objects[@]}" | grep -E ' (__imp_)?_[A-Z][A-Za-z0-9]*[a-z][AW]@[0-9]+$')
+        [ -z "$found" ] || { printf '%s\n' "$found"; return 1; }
+    done
+}
+
+starts_on_windows_98() {
+    scripts/check-imports.py dist/x86/Quillon.exe dist/x86/Helmkit.dll dist/x86/QLNCustom.dll
+}
+
+# An executable that asks for a newer subsystem is refused before its first instruction.
+subsystem_4() {
+    local file header
+    for file in dist/x86/*.exe dist/x86/*.dll; do
+        header=$(i686-w64-mingw32-objdump -p "$file")
+        grep -qE '^MajorSubsystemVersion[[:space:]]+4$' <<<"$header" && continue
+        printf '%s does not ask for subsystem version 4\n' "$file"
+        return 1
+    done
+}
+
+no_machine_paths() { ! git grep -nIE '(^|[^A-Za-z0-9_.])/(home|work|Users)/[a-z.]' -- . ':!scripts/check.sh'; }
+
+rule 'sources are formatted' formatted
+rule 'no TCHAR, TEXT or UNICODE outside win32/' no_flavour_words
+rule 'no A or W function called outside win32/' no_flavour_calls
+rule 'the 32-bit files import only what Windows 98 exports' starts_on_windows_98
+rule 'the 32-bit files ask for subsystem 4.0' subsystem_4
+rule 'no path of a developer machine in the tree' no_machine_paths
+
+printf '%d passed, %d failed, 0 skipped\n' "$passed" "$failed"
+[ "$failed" = 0 ]
