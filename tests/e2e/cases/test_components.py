@@ -1,0 +1,40 @@
+"""The two component libraries: missing, or replaced by somebody's own."""
+from harness import paths
+from harness.case import Case
+
+
+class Components(Case):
+    def message(self, name):
+        return (f"Component '{name}' or one of its dependencies not correctly registered: a file is missing or "
+                'invalid. Try to reinstall Quillon.')
+
+    def assert_ends_with_message(self, name):
+        self.launch()
+        self.answer(self.message(name), 'OK')
+        self.program.wait_for_end()
+        self.assertEqual(self.backups(), [])
+
+    def test_without_helmkit(self):
+        (self.folder / 'Helmkit.dll').unlink()
+        self.assert_ends_with_message('Helmkit.dll')
+
+    def test_without_the_plug_in(self):
+        (self.folder / 'QLNCustom.dll').unlink()
+        self.assert_ends_with_message('QLNCustom.dll')
+        entries = self.entries()
+        self.assertEqual([entry.text.split(' ver.')[0].split(': ')[0] for entry in entries[:3]],
+                         ['********** start app', 'Quillon', 'Startup'])
+        self.assertEqual(entries[3], (4, 'FMain.Form_Initialize', 0, self.message('QLNCustom.dll')))
+
+    def test_a_library_that_is_none(self):
+        (self.folder / 'QLNCustom.dll').write_bytes(b'no library')
+        self.assert_ends_with_message('QLNCustom.dll')
+
+    def test_a_plug_in_that_replaces_the_logger(self):
+        self.prefix.put('C:\\Quillon\\QLNCustom.dll', paths.built(self.architecture, 'replacing_plugin', 'QLNCustom.dll'))
+        self.add_run('Gone', 'C:\\nowhere\\gone.exe')
+        self.start()
+        self.assertEqual(len(self.entries()), 3, self.log_texts())
+        replaced = (self.folder / 'replaced.log').read_text(encoding='utf-8')
+        self.assertIn("Run: 'Gone', 'Not specified', 'C:\\nowhere\\gone.exe'", replaced)
+        self.assertNotIn('start app', replaced)

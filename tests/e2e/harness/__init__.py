@@ -1,0 +1,1 @@
+"""Drives the built program in throw-away Wine prefixes."""

@@ -1,0 +1,23 @@
+"""Where things stand in the tree and in the build output."""
+import os
+from pathlib import Path
+
+TOP = Path(__file__).resolve().parents[3]
+BUILD = TOP / 'build'
+LOGS = BUILD / 'test-logs' / 'e2e'
+PREFIXES = BUILD / 'wine'
+FIXTURES = BUILD / 'fixtures'
+
+
+def program_folder(architecture):
+    """The complete program folder. QUILLON_PROGRAM_<ARCH> names another one than dist/<arch>."""
+    return Path(os.environ.get(f'QUILLON_PROGRAM_{architecture.upper()}') or TOP / 'dist' / architecture)
+
+
+def built(architecture, *below):
+    """A file in the build folder. QUILLON_BUILD_<ARCH> names another one than build/<arch>."""
+    return Path(os.environ.get(f'QUILLON_BUILD_{architecture.upper()}') or BUILD / architecture).joinpath(*below)
+
+
+def probe(architecture):
+    return built(architecture, 'tests', 'e2e', 'probe.exe')

@@ -1,0 +1,94 @@
+"""The probe program's end in Python: one command line out, one JSON line back."""
+import json
+import os
+import select
+import subprocess
+import time
+
+from .waiting import TimedOut
+
+REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ = 1, 2, 3, 4, 7
+PATIENCE = 60
+
+
+class ProbeError(Exception):
+    def __init__(self, command, answer):
+        super().__init__(f'{command}: {answer["error"]} ({answer["code"]})')
+        self.code = answer['code']
+
+
+def escaped(field):
+    text = str(field).replace('\\', '\\\\')
+    return text.replace('\t', '\\t').replace('\n', '\\n').replace('\r', '\\r')
+
+
+def registry_bytes(kind, data):
+    """The registry's form of a Python string, list of strings, number or bytes."""
+    if isinstance(data, bytes):
+        return data
+    if kind == REG_DWORD:
+        return int(data).to_bytes(4, 'little')
+    if kind == REG_MULTI_SZ:
+        return ''.join(text + '\0' for text in data).encode('utf-16-le') + b'\0\0'
+    return (data + '\0').encode('utf-16-le')
+
+
+class Probe:
+    def __init__(self, program, environment):
+        self.process = subprocess.Popen(['wine', str(program)], env=environment, stdin=subprocess.PIPE,
+                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+        self.pending = b''
+
+    def ask(self, command, *fields):
+        line = '\t'.join([command, *map(escaped, fields)]) + '\n'
+        self.process.stdin.write(line.encode('utf-8'))
+        self.process.stdin.flush()
+        answer = json.loads(self._line(command))
+        if 'error' in answer:
+            raise ProbeError(line.strip(), answer)
+        return answer
+
+    def _line(self, command):
+        end = time.monotonic() + PATIENCE
+        output = self.process.stdout.fileno()
+        while b'\n' not in self.pending:
+            if not select.select([output], [], [], max(0, end - time.monotonic()))[0]:
+                raise TimedOut(f'the probe did not answer "{command}"')
+            chunk = os.read(output, 65536)
+            if not chunk:
+                raise AssertionError(f'the probe ended at "{command}"')
+            self.pending += chunk
+        line, self.pending = self.pending.split(b'\n', 1)
+        return line
+
+    def close(self):
+        self.process.kill()
+        self.process.wait()
+        self.process.stdin.close()
+        self.process.stdout.close()
+
+    # The registry.
+
+    def set_value(self, hive, key, name, data, kind=REG_SZ):
+        self.ask('regset', hive, key, name, kind, registry_bytes(kind, data).hex())
+
+    def values(self, hive, key):
+        """Name to (type, raw bytes), in the registry's order; nothing when there is no such key."""
+        try:
+            rows = self.ask('regvalues', hive, key)['values']
+        except ProbeError as error:
+            if error.code == 2:
+                return {}
+            raise
+        return {row['name']: (row['type'], bytes.fromhex(row['data'])) for row in rows}
+
+    def text_values(self, hive, key):
+        return {name: raw.decode('utf-16-le').rstrip('\0') for name, (_, raw) in self.values(hive, key).items()}
+
+    def keys(self, hive, key):
+        try:
+            return self.ask('regkeys', hive, key)['keys']
+        except ProbeError as error:
+            if error.code == 2:
+                return []
+            raise

@@ -1,0 +1,144 @@
+"""The running program as its user sees it: tabs, lists, boxes, buttons and keys."""
+import subprocess
+from dataclasses import dataclass
+
+from .probe import ProbeError
+from .waiting import wait_for
+
+LIST, FILE_BOX, BUTTON, FOOTER = 101, 102, 103, 201
+EXCLAMATION_I, CHECK_OK, QUESTION_IE = 0, 1, 2  # positions in the image list: "i", "OK", "IE"
+PAGES = ['ucHelp1', 'ucRun1', 'ucWinlogon1', 'ucOther1', 'ucServices1']
+
+
+@dataclass(frozen=True)
+class Row:
+    name: str
+    second: str
+    image: int
+    selected: bool = False
+
+
+class Dialog:
+    """A message box: its text, and its buttons by their captions."""
+
+    def __init__(self, probe, window):
+        self.probe = probe
+        self.window = window['window']
+        self.title = window['text']
+        children = probe.ask('children', self.window)['windows']
+        self.buttons = {child['text'].replace('&', ''): child['window']
+                        for child in children if child['class'] == 'Button'}
+        self.text = '\n'.join(child['text'] for child in children if child['class'] == 'Static' and child['text'])
+
+    def press(self, caption):
+        self.probe.ask('press', self.buttons[caption])
+        wait_for(lambda: not self._open(), f'the message box "{self.text}" to close')
+
+    def _open(self):
+        try:
+            self.probe.ask('children', self.window)
+            return True
+        except ProbeError:
+            return False
+
+
+class Program:
+    def __init__(self, probe, path, environment):
+        self.probe = probe
+        self.environment = environment
+        self.pid = probe.ask('start', path)['pid']
+
+    def windows(self):
+        return self.probe.ask('windows', self.pid)['windows']
+
+    def _main(self):
+        assert self.running(), 'the program ended before its window was shown'
+        return next((window for window in self.windows() if window['class'] == 'QuillonMain'), None)
+
+    def wait_for_window(self):
+        self.main = wait_for(self._main, 'the main window')
+        self.handle = self.main['window']
+        return self
+
+    def running(self):
+        return self.probe.ask('state', self.pid)['running']
+
+    def wait_for_end(self):
+        wait_for(lambda: not self.running(), 'the program to end')
+        return self.probe.ask('state', self.pid)['code']
+
+    def close(self):
+        self.probe.ask('message', self.handle, 0x0010, 0, 0)  # WM_CLOSE
+        return self.wait_for_end()
+
+    # Pages and what stands on them.
+
+    def children(self):
+        return self.probe.ask('children', self.handle)['windows']
+
+    def visible_pages(self):
+        return [child['text'] for child in self.children() if child['class'] == 'QuillonPage' and child['visible']]
+
+    def selected_tab(self):
+        strip = next(child for child in self.children() if child['class'] == 'SysTabControl32')
+        return self.probe.ask('selectedtab', strip['window'])['index']
+
+    def control(self, page, number):
+        children = self.children()
+        owner = next(child['window'] for child in children
+                     if child['class'] == 'QuillonPage' and child['text'] == page)
+        return next(child for child in children if child['id'] == number and child['parent'] == owner)
+
+    def rows(self, page):
+        answer = self.probe.ask('rows', self.control(page, LIST)['window'])['rows']
+        return [Row(*row['texts'], row['image'], row['selected']) for row in answer]
+
+    def file_box(self, page):
+        return self.control(page, FILE_BOX)['text']
+
+    def select(self, page, name, occurrence=0):
+        """Selects the row with this text, as a click of the user would; gives its position."""
+        rows = self.rows(page)
+        found = [position for position, row in enumerate(rows) if row.name == name]
+        assert len(found) > occurrence, f'no row "{name}" among {[row.name for row in rows]}'
+        self.probe.ask('select', self.control(page, LIST)['window'], found[occurrence])
+        return found[occurrence]
+
+    def press_button(self, page):
+        self.probe.ask('press', self.control(page, BUTTON)['window'])
+
+    # Message boxes.
+
+    def _dialog(self):
+        return next((window for window in self.windows() if window['class'] == '#32770'), None)
+
+    def dialog(self):
+        return Dialog(self.probe, wait_for(self._dialog, 'a message box'))
+
+    def no_dialog(self):
+        return self._dialog() is None
+
+    # Real keys, through the display.
+
+    def keys(self, *steps):
+        """xdotool steps, for example 'keydown ctrl', 'key Tab', 'keyup ctrl'."""
+        self._take_focus()
+        for step in steps:
+            subprocess.run(['xdotool', *step.split()], check=True, env=self.environment)
+
+    def _on_display(self):
+        """The X windows of the program, as numbers."""
+        return subprocess.run(['xdotool', 'search', '--onlyvisible', '--name', '^Quillon$'], capture_output=True,
+                              text=True, env=self.environment).stdout.split()
+
+    def _take_focus(self):
+        for window in self._on_display()[-1:]:
+            subprocess.run(['xdotool', 'windowfocus', '--sync', window], env=self.environment, timeout=20)
+
+    def photograph(self, file):
+        subprocess.run(['import', '-window', self._on_display()[-1], file], check=True, env=self.environment)
+
+    def control_tab(self, shift=False):
+        pressed = ['keydown ctrl'] + (['keydown shift'] if shift else [])
+        released = (['keyup shift'] if shift else []) + ['keyup ctrl']
+        self.keys(*pressed, 'key Tab', *released)
