@@ -1,18 +1,7 @@
-// What Helmkit.dll exports.
+// Helmkit.dll.
 #include "helmkit/classes.h"
+#include "win32/dll/exports.h"
 
-STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
-    return win32::getClassObject(helmkit::comModule(), clsid, iid, object);
-}
-
-STDAPI DllCanUnloadNow() {
-    return win32::canUnloadNow();
-}
-
-STDAPI DllRegisterServer() {
-    return win32::registerModule(helmkit::comModule());
-}
-
-STDAPI DllUnregisterServer() {
-    return win32::unregisterModule(helmkit::comModule());
+const win32::ComModule& win32::moduleOfThisDll() {
+    return helmkit::comModule();
 }

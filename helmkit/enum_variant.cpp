@@ -6,29 +6,10 @@ namespace helmkit::server {
 
 namespace {
 
-class Enumerator : public IEnumVARIANT {
+class Enumerator : public win32::SingleInterfaceObject<IEnumVARIANT, &IID_IEnumVARIANT> {
   public:
     Enumerator(Sequence& sequence, LONG position)
-        : sequence_(sequence), owner_(sequence.owner()), position_(position) {
-        win32::addModuleUse();
-    }
-    Enumerator(const Enumerator&) = delete;
-    Enumerator& operator=(const Enumerator&) = delete;
-
-    STDMETHODIMP QueryInterface(REFIID wanted, void** object) override {
-        if (!object) return E_POINTER;
-        bool isOurs = wanted == IID_IUnknown || wanted == IID_IEnumVARIANT;
-        *object = isOurs ? this : nullptr;
-        if (!isOurs) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ::InterlockedIncrement(&references_); }
-    STDMETHODIMP_(ULONG) Release() override {
-        LONG left = ::InterlockedDecrement(&references_);
-        if (left == 0) delete this;
-        return left;
-    }
+        : sequence_(sequence), owner_(sequence.owner()), position_(position) {}
 
     STDMETHODIMP Next(ULONG wanted, VARIANT* items, ULONG* fetched) override {
         if (fetched) *fetched = 0;
@@ -60,12 +41,9 @@ class Enumerator : public IEnumVARIANT {
     }
 
   private:
-    virtual ~Enumerator() { win32::removeModuleUse(); }
-
     Sequence& sequence_;
     win32::ComPtr<IUnknown> owner_;
     LONG position_;
-    LONG references_ = 1;
 };
 
 }  // namespace

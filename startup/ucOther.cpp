@@ -9,20 +9,16 @@ namespace startup {
 
 namespace {
 
-PageDesign makeDesign() {
-    PageDesign design = {L"ucOther",
-                         L"Detected Startup Programs:",
-                         {L"Location", L"Value"},
-                         L"All settings containing empty values are skipped",
-                         L"&Delete From Startup"};
-    design.hasFileBox = false;
-    design.hasContextMenu = false;
-    design.hasContextMenuKey = false;
-    design.emphasizesValues = true;
-    design.keepsSelection = true;
-    return design;
-}
-const PageDesign design = makeDesign();
+const PageDesign design = {.typeName = L"ucOther",
+                           .heading = L"Detected Startup Programs:",
+                           .columns = {L"Location", L"Value"},
+                           .note = L"All settings containing empty values are skipped",
+                           .button = L"&Delete From Startup",
+                           .hasFileBox = false,
+                           .hasContextMenu = false,
+                           .hasContextMenuKey = false,
+                           .emphasizesValues = true,
+                           .keepsSelection = true};
 
 }  // namespace
 

@@ -13,11 +13,11 @@ namespace {
 using helmkit::HKCU;
 using helmkit::HKLM;
 
-const PageDesign design = {L"ucRun",
-                           L"Detected Startup Programs:",
-                           {L"Program Name", L"Manufacturer"},
-                           L"Related File:",
-                           L"&Delete From Startup"};
+const PageDesign design = {.typeName = L"ucRun",
+                           .heading = L"Detected Startup Programs:",
+                           .columns = {L"Program Name", L"Manufacturer"},
+                           .note = L"Related File:",
+                           .button = L"&Delete From Startup"};
 
 struct Place {
     LONG hive;

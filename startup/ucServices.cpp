@@ -11,17 +11,14 @@ namespace {
 
 using helmkit::HKLM;
 
-PageDesign makeDesign() {
-    PageDesign design = {L"ucServices",
-                         L"Detected Services and Device Drivers (standard services and drivers are skipped):",
-                         {L"Program Name", L"Manufacturer"},
-                         L"Related File:",
-                         L"&Properties"};
-    design.hasContextMenuKey = false;
-    design.hidesSeparator = false;
-    return design;
-}
-const PageDesign design = makeDesign();
+const PageDesign design = {
+    .typeName = L"ucServices",
+    .heading = L"Detected Services and Device Drivers (standard services and drivers are skipped):",
+    .columns = {L"Program Name", L"Manufacturer"},
+    .note = L"Related File:",
+    .button = L"&Properties",
+    .hasContextMenuKey = false,
+    .hidesSeparator = false};
 
 const std::wstring servicesKey = L"SYSTEM\\CurrentControlSet\\Services";
 

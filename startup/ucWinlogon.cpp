@@ -11,11 +11,11 @@ namespace {
 
 using helmkit::HKLM;
 
-const PageDesign design = {L"ucWinlogon",
-                           L"Detected Startup Programs:",
-                           {L"Program Name", L"Manufacturer"},
-                           L"Related File:",
-                           L"&Delete From Startup"};
+const PageDesign design = {.typeName = L"ucWinlogon",
+                           .heading = L"Detected Startup Programs:",
+                           .columns = {L"Program Name", L"Manufacturer"},
+                           .note = L"Related File:",
+                           .button = L"&Delete From Startup"};
 
 const std::wstring notifyKey = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon\\Notify";
 

@@ -6,26 +6,9 @@ namespace win32 {
 
 namespace {
 
-class ClassFactory : public IClassFactory {
+class ClassFactory : public SingleInterfaceObject<IClassFactory, &IID_IClassFactory> {
   public:
-    explicit ClassFactory(const ComClass& served) : class_(served) { addModuleUse(); }
-    ClassFactory(const ClassFactory&) = delete;
-    ClassFactory& operator=(const ClassFactory&) = delete;
-
-    STDMETHODIMP QueryInterface(REFIID wanted, void** object) override {
-        if (!object) return E_POINTER;
-        bool isOurs = wanted == IID_IUnknown || wanted == IID_IClassFactory;
-        *object = isOurs ? this : nullptr;
-        if (!isOurs) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ::InterlockedIncrement(&references_); }
-    STDMETHODIMP_(ULONG) Release() override {
-        LONG left = ::InterlockedDecrement(&references_);
-        if (left == 0) delete this;
-        return left;
-    }
+    explicit ClassFactory(const ComClass& served) : class_(served) {}
 
     STDMETHODIMP CreateInstance(IUnknown* outer, REFIID wanted, void** object) override {
         if (!object) return E_POINTER;
@@ -38,10 +21,7 @@ class ClassFactory : public IClassFactory {
     }
 
   private:
-    virtual ~ClassFactory() { removeModuleUse(); }
-
     const ComClass& class_;
-    LONG references_ = 1;
 };
 
 }  // namespace

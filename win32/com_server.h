@@ -7,13 +7,9 @@
 #include <string>
 
 #include "win32/com.h"
+#include "win32/counted_object.h"
 
 namespace win32 {
-
-// Objects and locks that keep the module loaded.
-LONG moduleUses();
-void addModuleUse();
-void removeModuleUse();
 
 // The type library of this module, from the TYPELIB resource of its file; thrown when there is none.
 ComPtr<ITypeLib> moduleTypeLibrary();
@@ -49,12 +45,8 @@ HRESULT dispatchTypeInfo(REFIID iid, UINT index, ITypeInfo** info) noexcept;
 
 // The base of an object with one dual interface: its counting, IUnknown, IDispatch and ISupportErrorInfo.
 template <class Interface, const IID* iid>
-class AutomationObject : public Interface, public ISupportErrorInfo {
+class AutomationObject : public CountedObject<Interface, ISupportErrorInfo> {
   public:
-    AutomationObject() { addModuleUse(); }
-    AutomationObject(const AutomationObject&) = delete;
-    AutomationObject& operator=(const AutomationObject&) = delete;
-
     STDMETHODIMP QueryInterface(REFIID wanted, void** object) override {
         if (!object) return E_POINTER;
         *object = nullptr;
@@ -65,16 +57,9 @@ class AutomationObject : public Interface, public ISupportErrorInfo {
         } else {
             return E_NOINTERFACE;
         }
-        AddRef();
+        this->AddRef();
         return S_OK;
     }
-    STDMETHODIMP_(ULONG) AddRef() override { return ::InterlockedIncrement(&references_); }
-    STDMETHODIMP_(ULONG) Release() override {
-        LONG left = ::InterlockedDecrement(&references_);
-        if (left == 0) delete this;
-        return left;
-    }
-
     STDMETHODIMP GetTypeInfoCount(UINT* count) override {
         if (!count) return E_POINTER;
         *count = 1;
@@ -95,15 +80,10 @@ class AutomationObject : public Interface, public ISupportErrorInfo {
     STDMETHODIMP InterfaceSupportsErrorInfo(REFIID asked) override { return asked == *iid ? S_OK : S_FALSE; }
 
   protected:
-    virtual ~AutomationObject() { removeModuleUse(); }
-
     template <class Body>
     HRESULT method(Body body) noexcept {
         return guarded(*iid, body);
     }
-
-  private:
-    LONG references_ = 1;
 };
 
 // A new object, its one reference given to a pointer to one of its interfaces.

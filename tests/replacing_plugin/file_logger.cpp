@@ -10,27 +10,10 @@ namespace {
 const DISPID writeLogId = 1;
 const UINT argumentCount = 4;
 
-class FileLogger : public IDispatch {
+class FileLogger : public win32::SingleInterfaceObject<IDispatch, &IID_IDispatch> {
   public:
-    FileLogger() : file_(win32::moduleFolder(win32::thisModule()) + L"\\replaced.log") {
-        win32::addModuleUse();
-    }
-    FileLogger(const FileLogger&) = delete;
-    FileLogger& operator=(const FileLogger&) = delete;
+    FileLogger() : file_(win32::moduleFolder(win32::thisModule()) + L"\\replaced.log") {}
 
-    STDMETHODIMP QueryInterface(REFIID wanted, void** object) override {
-        bool isOurs = wanted == IID_IUnknown || wanted == IID_IDispatch;
-        *object = isOurs ? this : nullptr;
-        if (!isOurs) return E_NOINTERFACE;
-        AddRef();
-        return S_OK;
-    }
-    STDMETHODIMP_(ULONG) AddRef() override { return ::InterlockedIncrement(&references_); }
-    STDMETHODIMP_(ULONG) Release() override {
-        LONG left = ::InterlockedDecrement(&references_);
-        if (left == 0) delete this;
-        return left;
-    }
     STDMETHODIMP GetTypeInfoCount(UINT* count) override {
         *count = 0;
         return S_OK;
@@ -49,8 +32,6 @@ class FileLogger : public IDispatch {
     }
 
   private:
-    virtual ~FileLogger() { win32::removeModuleUse(); }
-
     static std::wstring textOf(VARIANT& argument) {
         win32::Variant text;
         win32::check(::VariantChangeType(&text, &argument, 0, VT_BSTR));
@@ -65,7 +46,6 @@ class FileLogger : public IDispatch {
     }
 
     win32::AppendFile file_;
-    LONG references_ = 1;
 };
 
 }  // namespace

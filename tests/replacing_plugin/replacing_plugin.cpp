@@ -1,8 +1,8 @@
 // QLNCustom.dll as somebody else might write it.
 #include "qlncustom.h"
 #include "tests/replacing_plugin/file_logger.h"
-#include "win32/com_module.h"
 #include "win32/com_server.h"
+#include "win32/dll/exports.h"
 
 namespace {
 
@@ -24,18 +24,6 @@ const win32::ComModule module = {classes, 1, &LIBID_QLNCustom, 2, 1};
 
 }  // namespace
 
-STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
-    return win32::getClassObject(module, clsid, iid, object);
-}
-
-STDAPI DllCanUnloadNow() {
-    return win32::canUnloadNow();
-}
-
-STDAPI DllRegisterServer() {
-    return win32::registerModule(module);
-}
-
-STDAPI DllUnregisterServer() {
-    return win32::unregisterModule(module);
+const win32::ComModule& win32::moduleOfThisDll() {
+    return module;
 }
