@@ -8,6 +8,14 @@ namespace {
 
 const COLORREF red = 255;
 
+// A selected row takes the system's colours instead of ours. With the keyboard focus that keeps it readable
+// on the highlight; without, the row is only grey, and red can stay red.
+void drawAsUnselectedWithoutFocus(const win32::ListView& list, int row, NMLVCUSTOMDRAW& draw) {
+    if (list.selected() != row || ::GetFocus() == list.window()) return;
+    draw.nmcd.uItemState &= ~CDIS_SELECTED;
+    draw.clrTextBk = ::GetSysColor(COLOR_BTNFACE);
+}
+
 }  // namespace
 
 HFONT ValueEmphasis::boldFontFor(HDC context) {
@@ -32,6 +40,7 @@ LRESULT ValueEmphasis::onCustomDraw(const win32::ListView& list, const NMHDR& no
             const bool isValue = draw.iSubItem == 1;
             ::SelectObject(draw.nmcd.hdc, isValue ? bold : boldOf_);
             draw.clrText = isValue && !win32::isHighContrast() ? red : ::GetSysColor(COLOR_WINDOWTEXT);
+            if (draw.clrText == red) drawAsUnselectedWithoutFocus(list, row, draw);
             return CDRF_NEWFONT;
         }
     }

@@ -9,8 +9,8 @@ namespace startup {
 class ValueEmphasis {
   public:
     // Answers a custom-draw notification of the list: the second column of rows with the picture `image` is
-    // bold and, unless the user has asked for high contrast, red. The colour of a selected row is the
-    // system's.
+    // bold and, unless the user has asked for high contrast, red. While the list has the keyboard focus, the
+    // colour of the selected row is the system's.
     LRESULT onCustomDraw(const win32::ListView& list, const NMHDR& notification, int image);
 
   private:
