@@ -38,3 +38,13 @@ class Components(Case):
         replaced = (self.folder / 'replaced.log').read_text(encoding='utf-8')
         self.assertIn("Run: 'Gone', 'Not specified', 'C:\\nowhere\\gone.exe'", replaced)
         self.assertNotIn('start app', replaced)
+
+    def test_a_plug_in_that_fails(self):
+        """The start goes on, with one line of level 0 at the end of the first procedure."""
+        self.prefix.put('C:\\Quillon\\QLNCustom.dll', paths.built(self.architecture, 'failing_plugin', 'QLNCustom.dll'))
+        program = self.start()
+        self.assertEqual(program.main['text'], 'Quillon')
+        abort = 0x80004004 - (1 << 32)
+        self.assertEqual(self.entries()[3], (0, 'FMain.Form_Initialize', abort, 'The plug-in will not start'))
+        self.assertEqual([entry.level for entry in self.entries()].count(0), 1)
+        self.assertEqual(self.entries('short.log'), self.entries()[3:4])

@@ -1,6 +1,6 @@
 // QLNCustom.dll as somebody else might write it.
 #include "qlncustom.h"
-#include "tests/replacing_plugin/file_logger.h"
+#include "tests/plugins/file_logger.h"
 #include "win32/com_server.h"
 #include "win32/dll/exports.h"
 

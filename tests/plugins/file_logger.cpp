@@ -1,4 +1,4 @@
-#include "tests/replacing_plugin/file_logger.h"
+#include "tests/plugins/file_logger.h"
 
 #include "win32/com_server.h"
 #include "win32/files.h"
