@@ -33,7 +33,6 @@ void ucHelp::UserControl_Resize(int pixelWidth, int pixelHeight) {
     lblDescr_.setWidth(win32::toTwips(pixelWidth, dpi) - lblDescr_.left() * 6 / 5);
     lblDescr_.setHeight(win32::toTwips(pixelHeight, dpi) - lblDescr_.top());
     picture_.apply(dpi);
-    picture_.apply(dpi);
     lblDescr_.apply(dpi);
 }
 
