@@ -85,6 +85,8 @@ def run_combination(combination, pattern):
     print(f'e2e {combination:10} {last}  ({time.monotonic() - began:.0f} s)', flush=True)
     if done.returncode or not counted:
         print(done.stdout, flush=True)
+    elif '\n***' in done.stdout:
+        print('\n'.join(line for line in done.stdout.splitlines() if line.startswith('***')), flush=True)
     return counts
 
 

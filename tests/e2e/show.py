@@ -5,7 +5,6 @@ On a display it is opened for the user. Without one its five tabs are photograph
 what it found is printed.
 """
 import os
-import shutil
 import sys
 
 from harness import paths, seed
@@ -22,8 +21,7 @@ TABS = ['help', 'run', 'winlogon', 'other', 'services']
 
 def photograph(program):
     shots = paths.BUILD / 'screenshots'
-    shutil.rmtree(shots, ignore_errors=True)
-    shots.mkdir(parents=True)
+    shots.mkdir(parents=True, exist_ok=True)
     for number, (page, tab) in enumerate(zip(PAGES, TABS), 1):
         wait_for(lambda: program.visible_pages() == [page], f'the page {page}')
         picture = shots / f'{number}-{tab}.png'

@@ -298,6 +298,7 @@ TEST_CASE_FIXTURE(Main, "Restore tells what will happen and opens the backup fol
 TEST_CASE_FIXTURE(Main,
                   "a companion tool is started where it is installed, with or without a last backslash") {
     start();
+    const size_t boxesBefore = desktop.messageBoxes.size();
     TempFolder::write(folder.file(L"Teselin.exe"), "x");
     for (const wchar_t* end : {L"", L"\\"}) {
         registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Mardelix\\Teselin", L"InstallPath",
@@ -305,7 +306,10 @@ TEST_CASE_FIXTURE(Main,
         desktop.programAnswers = {true};
         command(app::mnuTandem + 1);
         CHECK(desktop.programs.back().application == folder.file(L"Teselin.exe"));
+        CHECK(desktop.programs.back().commandLine == L"\"" + folder.file(L"Teselin.exe") + L"\"");
     }
+    CHECK(desktop.programs.size() == 2);
+    CHECK(desktop.messageBoxes.size() == boxesBefore);
 }
 
 TEST_CASE_FIXTURE(Main, "a companion tool that is not there is offered for download") {
@@ -323,8 +327,31 @@ TEST_CASE_FIXTURE(Main, "a companion tool that is not there is offered for downl
     desktop.programAnswers = {false};
     command(app::mnuTandem + 3);
     CHECK(desktop.programs.back().commandLine == L"explorer http://mardelix.example\\Morrowfen.exe");
+    CHECK(desktop.programs.back().application == win32::windowsFolder() + L"\\explorer.exe");
+    const size_t boxes = desktop.messageBoxes.size();
     command(app::mnuTandem + 2);
     CHECK(desktop.programs.size() == 1);
+    CHECK(desktop.messageBoxes.size() == boxes);
+}
+
+TEST_CASE_FIXTURE(Main, "every companion tool has its product's place, file and download address") {
+    start();
+    const std::pair<unsigned, std::wstring> tools[] = {{0, L"Corvana"}, {1, L"Teselin"}, {3, L"Morrowfen"}};
+    for (const auto& [index, product] : tools) {
+        CAPTURE(index);
+        registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Mardelix\\" + product, L"InstallPath",
+                           folder.path());
+        desktop.messageBoxAnswers = {IDOK, IDOK};
+        desktop.programAnswers = {true};
+        command(app::mnuTandem + index);
+        CHECK(desktop.programs.back().commandLine ==
+              L"explorer http://mardelix.example\\" + product + L".exe");
+        TempFolder::write(folder.file(product + L".exe"), "x");
+        desktop.programAnswers = {true};
+        command(app::mnuTandem + index);
+        CHECK(desktop.programs.back().application == folder.file(product + L".exe"));
+    }
+    CHECK(desktop.programs.size() == 6);
 }
 
 TEST_CASE_FIXTURE(Main, "the home page is opened by explorer") {
@@ -332,4 +359,5 @@ TEST_CASE_FIXTURE(Main, "the home page is opened by explorer") {
     desktop.programAnswers = {true};
     command(app::mnuVisitWebsite);
     CHECK(desktop.programs.back().commandLine == L"explorer http://mardelix.example/");
+    CHECK(desktop.programs.back().application == win32::windowsFolder() + L"\\explorer.exe");
 }

@@ -7,7 +7,8 @@ import time
 
 from .waiting import TimedOut
 
-REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_MULTI_SZ = 1, 2, 3, 4, 7
+REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_DWORD_BIG_ENDIAN, REG_LINK, REG_MULTI_SZ = range(8)
+REG_QWORD = 11
 PATIENCE = 60
 
 
@@ -34,9 +35,9 @@ def registry_bytes(kind, data):
 
 
 class Probe:
-    def __init__(self, program, environment):
+    def __init__(self, program, environment, before_exec=None):
         self.process = subprocess.Popen(['wine', str(program)], env=environment, stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL)
+                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, preexec_fn=before_exec)
         self.pending = b''
 
     def ask(self, command, *fields):

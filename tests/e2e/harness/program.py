@@ -104,6 +104,13 @@ class Program:
         self.probe.ask('select', self.control(page, LIST)['window'], found[occurrence])
         return found[occurrence]
 
+    def deselect(self, page):
+        self.probe.ask('select', self.control(page, LIST)['window'], -1)
+
+    def text_places(self, page):
+        """For each row the rectangles of its two texts on the screen: left, top, right, bottom."""
+        return self.probe.ask('places', self.control(page, LIST)['window'])['places']
+
     def press_button(self, page):
         self.probe.ask('press', self.control(page, BUTTON)['window'])
 
@@ -128,12 +135,23 @@ class Program:
 
     def _on_display(self):
         """The X windows of the program, as numbers."""
-        return subprocess.run(['xdotool', 'search', '--onlyvisible', '--name', '^Quillon$'], capture_output=True,
-                              text=True, env=self.environment).stdout.split()
+        return self.windows_named('Quillon')
 
     def _take_focus(self):
         for window in self._on_display()[-1:]:
             subprocess.run(['xdotool', 'windowfocus', '--sync', window], env=self.environment, timeout=20)
+
+    def windows_named(self, title):
+        """The visible X windows of any program with this title, as numbers."""
+        return subprocess.run(['xdotool', 'search', '--onlyvisible', '--name', f'^{title}$'], capture_output=True,
+                              text=True, env=self.environment).stdout.split()
+
+    def show(self, page):
+        """Turns the pages until this one is seen."""
+        while self.visible_pages() != [page]:
+            before = self.visible_pages()
+            self.control_tab()
+            wait_for(lambda: self.visible_pages() != before, 'the next page')
 
     def photograph(self, file):
         subprocess.run(['import', '-window', self._on_display()[-1], file], check=True, env=self.environment)

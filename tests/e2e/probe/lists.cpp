@@ -44,6 +44,14 @@ class Foreign {
     }
     LRESULT answer() const { return answer_; }
 
+    // For messages that take a rectangle with their wishes in it and fill it in.
+    RECT fillRectangle(UINT messageId, WPARAM wParam, RECT rectangle) {
+        ::WriteProcessMemory(process_, memory_, &rectangle, sizeof rectangle, nullptr);
+        answer_ = ask(list_, messageId, wParam, reinterpret_cast<LPARAM>(memory_));
+        ::ReadProcessMemory(process_, memory_, &rectangle, sizeof rectangle, nullptr);
+        return rectangle;
+    }
+
     // The list may answer with a text of its own instead of filling the buffer.
     std::wstring text(const LVITEMW& item) {
         std::wstring text(kTextLength, L'\0');
@@ -86,6 +94,25 @@ std::string rows(const Fields& fields) {
     return object({member("rows", array(result))});
 }
 
+std::string textPlace(Foreign& foreign, HWND list, int row, int column) {
+    RECT place = foreign.fillRectangle(LVM_GETSUBITEMRECT, row, RECT{LVIR_LABEL, column, 0, 0});
+    if (!foreign.answer()) throw Failure{"LVM_GETSUBITEMRECT"};
+    ::MapWindowPoints(list, nullptr, reinterpret_cast<POINT*>(&place), 2);
+    return array({std::to_string(place.left), std::to_string(place.top), std::to_string(place.right),
+                  std::to_string(place.bottom)});
+}
+
+// places <list>: for every row where on the screen the texts of its two columns stand
+std::string places(const Fields& fields) {
+    HWND list = windowField(fields, 0);
+    Foreign foreign(list);
+    std::vector<std::string> result;
+    int count = static_cast<int>(ask(list, LVM_GETITEMCOUNT, 0, 0));
+    for (int row = 0; row < count; ++row)
+        result.push_back(array({textPlace(foreign, list, row, 0), textPlace(foreign, list, row, 1)}));
+    return object({member("places", array(result))});
+}
+
 // select <list> <row>: -1 takes the selection away
 std::string select(const Fields& fields) {
     HWND list = windowField(fields, 0);
@@ -104,7 +131,7 @@ std::string select(const Fields& fields) {
 }  // namespace
 
 void addListCommands(Commands& commands) {
-    commands.insert({{L"rows", rows}, {L"select", select}});
+    commands.insert({{L"rows", rows}, {L"places", places}, {L"select", select}});
 }
 
 }  // namespace probe

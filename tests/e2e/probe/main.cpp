@@ -58,6 +58,8 @@ std::string answer(const Commands& commands, const std::string& line) {
 int main() {
     _setmode(_fileno(stdin), _O_BINARY);
     _setmode(_fileno(stdout), _O_BINARY);
+    // Places of windows in true pixels, as the program itself has them.
+    ::SetProcessDPIAware();
     probe::Commands commands;
     probe::addProcessCommands(commands);
     probe::addWindowCommands(commands);

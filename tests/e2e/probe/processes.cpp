@@ -7,11 +7,12 @@ namespace {
 
 std::map<DWORD, HANDLE> started;
 
-// start <full path> [<working folder>]
+// start <full path> [<working folder> [<arguments>]]
 std::string start(const Fields& fields) {
     std::wstring path = field(fields, 0);
     std::wstring commandLine = L"\"" + path + L"\"";
     std::wstring folder = fields.size() > 2 ? fields[2] : path.substr(0, path.rfind(L'\\'));
+    if (fields.size() > 3) commandLine += L' ' + fields[3];
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};

@@ -61,6 +61,11 @@ std::string hexFromBytes(const std::string& bytes) {
     return hex;
 }
 
+// Beyond what a signed number holds.
+DWORD typeField(const Fields& fields, size_t index) {
+    return std::wcstoul(field(fields, index).c_str(), nullptr, 10);
+}
+
 // regcreate <hive> <key>
 std::string create(const Fields& fields) {
     Key key(fields, KEY_READ, true);
@@ -71,8 +76,11 @@ std::string create(const Fields& fields) {
 std::string set(const Fields& fields) {
     Key key(fields, KEY_SET_VALUE, true);
     std::string data = bytesFromHex(field(fields, 4));
-    check(::RegSetValueExW(key.get(), field(fields, 2).c_str(), 0, numberField(fields, 3),
-                           reinterpret_cast<const BYTE*>(data.data()), static_cast<DWORD>(data.size())),
+    // Wine lengthens a string without a NUL at its end when it finds one behind it; here it finds none.
+    const auto size = static_cast<DWORD>(data.size());
+    data += "\xFF\xFF";
+    check(::RegSetValueExW(key.get(), field(fields, 2).c_str(), 0, typeField(fields, 3),
+                           reinterpret_cast<const BYTE*>(data.data()), size),
           "RegSetValueEx");
     return done();
 }
@@ -117,10 +125,10 @@ std::string deleteValue(const Fields& fields) {
     return done();
 }
 
-// regdeletetree <hive> <key>: everything below the key; the key itself stays
+// regdeletetree <hive> <key> [<subkey>]: everything below the key, which itself stays; or the subkey whole
 std::string deleteTree(const Fields& fields) {
     Key key(fields, KEY_ALL_ACCESS);
-    check(::RegDeleteTreeW(key.get(), nullptr), "RegDeleteTree");
+    check(::RegDeleteTreeW(key.get(), fields.size() > 3 ? fields[3].c_str() : nullptr), "RegDeleteTree");
     return done();
 }
 

@@ -112,6 +112,28 @@ std::string selectedTab(const Fields& fields) {
     return object({member("index", ask(windowField(fields, 0), TCM_GETCURSEL))});
 }
 
+// textheight <width> <text>: how high a text is that is wrapped in this width, in the font of messages. The
+// controls' own font cannot be used by another program.
+std::string textHeight(const Fields& fields) {
+    NONCLIENTMETRICSW metrics{};
+    metrics.cbSize = sizeof metrics;
+    if (!::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0)) {
+        // Older families do not know the member that Windows Vista appended.
+        metrics.cbSize = offsetof(NONCLIENTMETRICSW, lfMessageFont) + sizeof metrics.lfMessageFont;
+        ::SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0);
+    }
+    HDC screen = ::GetDC(nullptr);
+    HFONT font = ::CreateFontIndirectW(&metrics.lfMessageFont);
+    HGDIOBJ before = ::SelectObject(screen, font);
+    RECT room{0, 0, numberField(fields, 0), 0};
+    ::DrawTextW(screen, field(fields, 1).c_str(), -1, &room,
+                DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX | DT_EXPANDTABS);
+    ::SelectObject(screen, before);
+    ::DeleteObject(font);
+    ::ReleaseDC(nullptr, screen);
+    return object({member("width", room.right), member("height", room.bottom)});
+}
+
 }  // namespace
 
 void addWindowCommands(Commands& commands) {
@@ -119,6 +141,7 @@ void addWindowCommands(Commands& commands) {
                      {L"children", children},
                      {L"press", press},
                      {L"message", message},
+                     {L"textheight", textHeight},
                      {L"selectedtab", selectedTab}});
 }
 
