@@ -39,36 +39,6 @@ class Other(Case):
             'Win.ini "run=" line': ('C:\\m.exe', EXCLAMATION_I),
             'System.ini "shell=" line': ('Explorer.exe', CHECK_OK)})
 
-    def test_a_place_at_its_default_is_refused(self):
-        program = self.start()
-        program.select('ucOther1', SHELL)
-        program.press_button('ucOther1')
-        self.answer(f"Unwilling to perform. {SHELL} doesn't contain excess startups.", 'OK')
-        self.assertEqual(self.probe.text_values('HKLM', WINLOGON)['Shell'], 'explorer.exe')
-
-    def test_restoring_the_shell(self):
-        self.probe.set_value('HKLM', WINLOGON, 'Shell', 'explorer.exe,evil.exe')
-        self.start()
-        self.restore(SHELL)
-        wait_for(lambda: self.rows()[SHELL] == ('Explorer.exe', CHECK_OK), 'the refilled list')
-        self.assertEqual(self.probe.text_values('HKLM', WINLOGON)['Shell'], 'Explorer.exe')
-        self.assertEqual(self.entries()[-1], (5, 'ucOther.cmdDelete_Click', 0, 'Restored: ' + SHELL))
-
-    def test_boot_programs_stay_a_multi_string(self):
-        self.probe.set_value('HKLM', SESSION, 'BootExecute', ['autocheck autochk *', 'evil'], REG_MULTI_SZ)
-        self.start()
-        self.restore('Session Manager startup programs')
-        wait_for(lambda: self.rows()['Session Manager startup programs'][1] == CHECK_OK, 'the refilled list')
-        self.assertEqual(self.probe.values('HKLM', SESSION)['BootExecute'],
-                         (REG_MULTI_SZ, 'autocheck autochk *\0\0'.encode('utf-16-le')))
-
-    def test_the_user_interface_host_is_written_on_xp_alone(self):
-        self.probe.set_value('HKLM', WINLOGON, 'UIHost', 'evil.exe')
-        self.start()
-        self.restore('Logon user interface reference')
-        kept = {'winxp': 'logonui.exe'}.get(self.family.name)
-        wait_for(lambda: self.probe.text_values('HKLM', WINLOGON).get('UIHost') == kept, 'the value')
-
     def test_the_ini_file_is_rewritten(self):
         file = self.prefix.write('C:\\windows\\win.ini', b'[windows]\r\n  Run=C:\\m.exe\r\nrun=b\nload=c\r\n; \xe4\r\n')
         self.start()

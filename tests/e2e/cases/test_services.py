@@ -48,3 +48,17 @@ class Services(Case):
         self.answer("File 'C:\\nowhere\\q.sys' not found. ", 'OK')
         self.assertIn('Q1', self.probe.keys('HKLM', SERVICES))
         self.assertIn('Q driver', self.rows())
+
+    def test_properties_change_nothing(self):
+        """Wine shows no sheet for a file, so nothing of the sheet is asserted."""
+        shield = self.install('mcshield.exe', 'C:\\Program Files\\McAfee\\Mcshield.exe')
+        self.add('Q1', f'"{shield}" /start', 'Q McShield')
+        program = self.start()
+        rows, logged, keys = self.rows(), self.entries(), self.probe.keys('HKLM', SERVICES)
+        program.select('ucServices1', 'Q McShield')
+        program.press_button('ucServices1')
+        self.settle()
+        self.assertEqual(self.probe.keys('HKLM', SERVICES), keys)
+        self.assertEqual(self.probe.text_values('HKLM', f'{SERVICES}\\Q1'),
+                         {'ImagePath': f'"{shield}" /start', 'DisplayName': 'Q McShield'})
+        self.assertEqual((self.rows(), self.entries()), (rows, logged))

@@ -44,10 +44,12 @@ class Winlogon(Case):
         self.answer("Unwilling to perform. Deleting the 'Wireless Zero Configuration Service UI' will cause serious "
                     'problems that will require you to reinstall your operating system.', 'OK')
         self.assertEqual(self.probe.keys('HKLM', NOTIFY), ['a'])
+        self.assertEqual([text for text in self.log_texts() if text.startswith('Deleting')], [])
 
     def test_deleting_removes_the_whole_key(self):
         library = self.install('navlogon.dll', 'C:\\windows\\NavLogon.dll')
         self.add('NavLogon', library, 'Logon', 'Logoff')
+        self.add('NavLogon\\Settings\\User', 'C:\\nowhere\\deeper.dll')
         self.add('other', 'C:\\nowhere\\x.dll')
         program = self.start()
         program.select('ucWinlogon1', 'Symantec AntiVirus NAVLOGON')
@@ -58,3 +60,18 @@ class Winlogon(Case):
         self.assertEqual(self.probe.keys('HKLM', NOTIFY), ['other'])
         self.assertEqual(self.entries()[-1],
                          (5, '', 0, f"Deleting Winlogon('NavLogon', 'Symantec AntiVirus NAVLOGON', '{library}')"))
+
+    def test_a_registry_that_refuses(self):
+        self.add('kept', 'C:\\nowhere\\kept.dll', 'Logon')
+        program = self.start()
+        self.probe.ask('regprotect', 'HKLM', f'{NOTIFY}\\kept')
+        program.press_button('ucWinlogon1')
+        self.answer("Are you sure you want to delete 'C:\\nowhere\\kept.dll' from startup?", 'OK')
+        self.answer('Access denied. You must be logged in as an administrator when disabling this startup program. ',
+                    'OK')
+        self.settle()
+        self.assertEqual(len(self.rows()), 1)
+        self.assertEqual(self.probe.text_values('HKLM', f'{NOTIFY}\\kept'),
+                         {'DLLName': 'C:\\nowhere\\kept.dll', 'Logon': 'OnLogon'})
+        self.assertEqual(self.entries()[-1],
+                         (5, '', 0, "Deleting Winlogon('kept', 'C:\\nowhere\\kept.dll', 'C:\\nowhere\\kept.dll')"))
