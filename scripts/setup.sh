@@ -4,8 +4,10 @@
 set -euo pipefail
 
 base=(cmake ninja-build make git python3 g++ clang clang-format libclang-rt-14-dev doctest-dev
-      g++-mingw-w64-i686-win32 g++-mingw-w64-x86-64-win32 mingw-w64-tools
-      xvfb xdotool x11-utils imagemagick fonts-liberation procps)
+      g++-mingw-w64-i686-win32 g++-mingw-w64-x86-64-win32 mingw-w64-tools libz-mingw-w64-dev dpkg-dev
+      zip unzip p7zip-full
+      xvfb xdotool x11-utils imagemagick fonts-liberation procps
+      libwin-hivex-perl)
 # widl imports the Automation base types from the IDL files of libwine-dev.
 wine64=(wine wine64 libwine-dev fonts-wine)
 wine32=(wine32:i386)
@@ -72,3 +74,4 @@ if [ ${#wanted[@]} -gt 0 ] || [ ${#wanted_wine[@]} -gt 0 ]; then
 fi
 [ ${#wanted[@]} -eq 0 ] || apt_install "${wanted[@]}"
 [ ${#wanted_wine[@]} -eq 0 ] || install_wine
+"$(dirname "$0")/libzip.sh"
