@@ -73,6 +73,17 @@ std::optional<FoundFile> findFile(const std::wstring& path) {
     });
 }
 
+bool isFolder(const std::wstring& path) {
+    NoFileRedirection off;
+    const DWORD attributes = withFlavour([&](auto f) { return f.getFileAttributes(f.in(path)); });
+    return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+}
+
+void removeFile(const std::wstring& path) {
+    NoFileRedirection off;
+    if (!withFlavour([&](auto f) { return f.deleteFile(f.in(path)); })) raiseLastError(path);
+}
+
 std::wstring fullPath(const std::wstring& path) {
     return withFlavour([&](auto f) {
         using F = decltype(f);

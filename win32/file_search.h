@@ -26,6 +26,12 @@ std::vector<FoundFile> filesIn(const std::wstring& folder);
 // One file or folder named without wildcards; nothing when it is not there.
 std::optional<FoundFile> findFile(const std::wstring& path);
 
+// False for a file, for nothing there and for what may not be looked at.
+bool isFolder(const std::wstring& path);
+
+// Deletes a file; a read-only one is refused, as is one that is not there.
+void removeFile(const std::wstring& path);
+
 // The path from its drive or server on, without `.` and `..`. Relative paths start at the current folder.
 std::wstring fullPath(const std::wstring& path);
 
