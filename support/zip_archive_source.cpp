@@ -1,0 +1,149 @@
+#include <optional>
+
+#include "support/zip_source_base.h"
+#include "win32/file_replacement.h"
+#include "win32/file_search.h"
+#include "win32/files.h"
+
+namespace support {
+
+namespace {
+
+class Archive {
+  public:
+    Archive(std::wstring path, KeptFailure& kept) : kept(kept), path_(std::move(path)) {
+        zip_error_init(&error);
+    }
+    ~Archive() { zip_error_fini(&error); }
+
+    zip_int64_t command(void* data, zip_uint64_t length, zip_source_cmd_t command) {
+        switch (command) {
+            case ZIP_SOURCE_OPEN:
+                reader_.emplace(path_);
+                return seekTo(0);
+            case ZIP_SOURCE_READ:
+                return read(data, length);
+            case ZIP_SOURCE_CLOSE:
+                reader_.reset();
+                return 0;
+            case ZIP_SOURCE_STAT:
+                return stat(data, length);
+            case ZIP_SOURCE_SEEK:
+                return seek(data, length);
+            case ZIP_SOURCE_TELL:
+                return static_cast<zip_int64_t>(offset_);
+            case ZIP_SOURCE_ACCEPT_EMPTY:
+                return 1;
+            case ZIP_SOURCE_SUPPORTS:
+                return supported();
+            default:
+                return commandWriting(data, length, command);
+        }
+    }
+
+    KeptFailure& kept;
+    zip_error_t error;
+
+  private:
+    static zip_int64_t supported() {
+        return zip_source_make_command_bitmap(
+            ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR,
+            ZIP_SOURCE_FREE, ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL, ZIP_SOURCE_SUPPORTS, ZIP_SOURCE_ACCEPT_EMPTY,
+            ZIP_SOURCE_BEGIN_WRITE, ZIP_SOURCE_COMMIT_WRITE, ZIP_SOURCE_ROLLBACK_WRITE, ZIP_SOURCE_WRITE,
+            ZIP_SOURCE_SEEK_WRITE, ZIP_SOURCE_TELL_WRITE, ZIP_SOURCE_REMOVE, -1);
+    }
+
+    zip_int64_t commandWriting(void* data, zip_uint64_t length, zip_source_cmd_t command) {
+        win32::NoFileRedirection off;
+        switch (command) {
+            case ZIP_SOURCE_BEGIN_WRITE:
+                writer_.emplace(path_);
+                return 0;
+            case ZIP_SOURCE_WRITE:
+                writer_->write(data, static_cast<size_t>(length));
+                return length;
+            case ZIP_SOURCE_TELL_WRITE:
+                return static_cast<zip_int64_t>(writer_->position());
+            case ZIP_SOURCE_SEEK_WRITE:
+                return seekWriting(data, length);
+            case ZIP_SOURCE_COMMIT_WRITE:
+                writer_->commit();
+                [[fallthrough]];
+            case ZIP_SOURCE_ROLLBACK_WRITE:
+                writer_.reset();
+                return 0;
+            case ZIP_SOURCE_REMOVE:
+                return remove();
+            default:
+                return fail(ZIP_ER_OPNOTSUPP);
+        }
+    }
+
+    zip_int64_t fail(int code, int systemCode = 0) {
+        zip_error_set(&error, code, systemCode);
+        return -1;
+    }
+
+    // An archive that is not there must answer exactly so: libzip then makes a new one.
+    zip_int64_t stat(void* data, zip_uint64_t length) {
+        if (!win32::fileExists(path_)) return fail(ZIP_ER_READ, ENOENT);
+        zip_stat_t record;
+        zip_stat_init(&record);
+        record.size = reader_ ? reader_->size() : win32::FileReader(path_).size();
+        record.valid = ZIP_STAT_SIZE;
+        return giveRecord(record, data, length, error);
+    }
+
+    zip_int64_t read(void* data, zip_uint64_t length) {
+        const size_t got = reader_->read(data, static_cast<size_t>(length));
+        offset_ += got;
+        return static_cast<zip_int64_t>(got);
+    }
+
+    zip_int64_t seekTo(zip_int64_t offset) {
+        offset_ = static_cast<uint64_t>(offset);
+        reader_->skipTo(offset_);
+        return 0;
+    }
+
+    zip_int64_t seek(void* data, zip_uint64_t length) {
+        const zip_int64_t offset =
+            zip_source_seek_compute_offset(offset_, reader_->size(), data, length, &error);
+        return offset < 0 ? -1 : seekTo(offset);
+    }
+
+    // libzip names places by what TELL_WRITE has told it, and comes back to the end so.
+    zip_int64_t seekWriting(void* data, zip_uint64_t length) {
+        const auto* where = ZIP_SOURCE_GET_ARGS(zip_source_args_seek_t, data, length, &error);
+        if (!where) return -1;
+        if (where->whence != SEEK_SET || where->offset < 0) return fail(ZIP_ER_INVAL);
+        writer_->seekTo(static_cast<uint64_t>(where->offset));
+        return 0;
+    }
+
+    zip_int64_t remove() {
+        reader_.reset();
+        win32::removeFile(path_);
+        return 0;
+    }
+
+    std::wstring path_;
+    std::optional<win32::FileReader> reader_;
+    uint64_t offset_ = 0;
+    std::optional<win32::FileReplacement> writer_;
+};
+
+}  // namespace
+
+ZipSource makeArchiveSource(const std::wstring& path, KeptFailure& kept) {
+    return SourceOf<Archive>::make(std::make_unique<Archive>(path, kept));
+}
+
+}  // namespace support
+
+// libzip's zip_open, which nobody calls, stands beside zip_open_from_source and asks for the source of a
+// named file, whose code is left out of the library.
+extern "C" zip_source_t* zip_source_file_create(const char*, zip_uint64_t, zip_int64_t, zip_error_t* error) {
+    zip_error_set(error, ZIP_ER_OPNOTSUPP, 0);
+    return nullptr;
+}

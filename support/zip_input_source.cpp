@@ -1,0 +1,137 @@
+#include <algorithm>
+#include <limits>
+#include <optional>
+
+#include "support/zip_source_base.h"
+#include "win32/files.h"
+
+namespace support {
+
+namespace {
+
+class Input {
+  public:
+    Input(const ZipInput& input, ZipReading reading, KeptFailure& kept)
+        : kept(kept),
+          path_(input.path),
+          modified_(modificationTime(input.file.lastWrite)),
+          reading_(std::move(reading)),
+          converter_(reading_.lineEnds) {
+        zip_error_init(&error);
+    }
+    ~Input() { zip_error_fini(&error); }
+
+    zip_int64_t command(void* data, zip_uint64_t length, zip_source_cmd_t command) {
+        switch (command) {
+            case ZIP_SOURCE_OPEN:
+                return open();
+            case ZIP_SOURCE_READ:
+                return read(static_cast<char*>(data), static_cast<size_t>(length));
+            case ZIP_SOURCE_CLOSE:
+                reader_.reset();
+                return 0;
+            case ZIP_SOURCE_STAT:
+                return stat(data, length);
+            case ZIP_SOURCE_SUPPORTS:
+                return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE,
+                                                      ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE,
+                                                      ZIP_SOURCE_SUPPORTS, -1);
+            default:
+                zip_error_set(&error, ZIP_ER_OPNOTSUPP, 0);
+                return -1;
+        }
+    }
+
+    KeptFailure& kept;
+    zip_error_t error;
+
+  private:
+    bool converts() const { return reading_.lineEnds != LineEnds::asTheyAre; }
+
+    zip_int64_t open() {
+        reader_.emplace(path_);
+        converter_ = LineEndConverter(reading_.lineEnds);
+        pending_.clear();
+        readBytes_ = 0;
+        isAtEnd_ = false;
+        told_ = -1;
+        tell(0);
+        return 0;
+    }
+
+    // The size as it will be stored must be known before the data: libzip would otherwise write every entry
+    // in the form for more than 4 GiB, which older readers do not understand.
+    zip_int64_t stat(void* data, zip_uint64_t length) {
+        if (!storedSize_) storedSize_ = converts() ? convertedSize() : win32::FileReader(path_).size();
+        zip_stat_t record;
+        zip_stat_init(&record);
+        record.size = *storedSize_;
+        record.mtime = modified_;
+        record.valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
+        return giveRecord(record, data, length, error);
+    }
+
+    uint64_t convertedSize() const {
+        win32::FileReader reader(path_);
+        LineEndConverter converter(reading_.lineEnds);
+        std::string piece(pieceSize, '\0');
+        uint64_t size = 0;
+        while (size_t got = reader.read(piece.data(), piece.size())) {
+            size += converter.convert({piece.data(), got}).size();
+        }
+        return size + converter.finish().size();
+    }
+
+    zip_int64_t read(char* data, size_t length) {
+        if (!converts()) return readPlain(data, length);
+        while (pending_.empty() && !isAtEnd_) {
+            std::string piece(pieceSize, '\0');
+            piece.resize(static_cast<size_t>(readPlain(piece.data(), piece.size())));
+            isAtEnd_ = piece.empty();
+            pending_ = isAtEnd_ ? converter_.finish() : converter_.convert(piece);
+        }
+        const size_t given = pending_.copy(data, length);
+        pending_.erase(0, given);
+        return static_cast<zip_int64_t>(given);
+    }
+
+    zip_int64_t readPlain(char* data, size_t length) {
+        const size_t got = reader_->read(data, length);
+        readBytes_ += got;
+        const uint64_t whole = reader_->size();
+        tell(got == 0 || readBytes_ >= whole ? 100 : static_cast<int>(readBytes_ / (whole / 100 + 1)));
+        return static_cast<zip_int64_t>(got);
+    }
+
+    void tell(int percent) {
+        if (percent == told_) return;
+        told_ = percent;
+        if (reading_.progress) reading_.progress(percent);
+    }
+
+    static constexpr size_t pieceSize = 8192;
+
+    std::wstring path_;
+    time_t modified_;
+    ZipReading reading_;
+    LineEndConverter converter_;
+    std::optional<win32::FileReader> reader_;
+    std::optional<uint64_t> storedSize_;
+    std::string pending_;  // converted and not yet given
+    uint64_t readBytes_ = 0;
+    bool isAtEnd_ = false;
+    int told_ = -1;
+};
+
+}  // namespace
+
+time_t modificationTime(const FILETIME& written) {
+    const int64_t latest = std::numeric_limits<time_t>::max();
+    return static_cast<time_t>(std::clamp<int64_t>(win32::unixTime(written), 0, latest));
+}
+
+ZipSource makeInputSource(const ZipInput& input, const ZipReading& reading, KeptFailure& kept) {
+    return SourceOf<Input>::make(std::make_unique<Input>(input, reading, kept));
+}
+
+}  // namespace support
