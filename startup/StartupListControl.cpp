@@ -107,7 +107,7 @@ void StartupListControl::lv_ItemClick() {
 void StartupListControl::lv_KeyUp(UINT key, unsigned modifiers) {
     trapped(L".lv_KeyUp", [&] {
         if (key == VK_APPS && design_.hasContextMenuKey) return lv_MouseUp();
-        if (key != VK_RETURN || modifiers != win32::altKey) return;
+        if (key != VK_RETURN || modifiers != win32::altKey || !design_.hasContextMenu) return;
         currentItem_ = lv_.selected();
         if (currentItem_ == win32::ListView::none || itemOf(currentItem_).text(field::Dll).empty()) return;
         mnuProperties_Click();

@@ -335,6 +335,20 @@ TEST_CASE_FIXTURE(Other, "\"Shell Folders\" comes before \"User Shell Folders\""
     CHECK(list.count() == 1);
 }
 
+TEST_CASE_FIXTURE(Other, "Alt+Enter does nothing on a page without properties") {
+    registry.setString(user, windowsKey, L"run", L"a");
+    init();
+    BYTE keys[256];
+    ::GetKeyboardState(keys);
+    keys[VK_MENU] = 0x80;
+    ::SetKeyboardState(keys);
+    ::SendMessageW(list.window(), WM_SYSKEYUP, VK_RETURN, 0);
+    keys[VK_MENU] = 0;
+    ::SetKeyboardState(keys);
+    CHECK(log.lines.empty());
+    CHECK(desktop.shellRequests.empty());
+}
+
 TEST_CASE_FIXTURE(Other, "after a refresh the same place is selected again, or the first row") {
     registry.setString(user, windowsKey, L"run", L"a");
     registry.setString(machine, windowsKey, L"run", L"b");
