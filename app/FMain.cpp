@@ -32,6 +32,20 @@ const wchar_t* const tabs[][2] = {
     {L"Services", L"Services"},
 };
 
+// Errors that reach the border of a window procedure go to the log of the window that stands.
+const helmkit::Logger* logOfWindowErrors = nullptr;
+
+void logWindowError(const win32::Error& error) {
+    try {
+        if (logOfWindowErrors) {
+            logOfWindowErrors->WriteLog(error.number, error.description, helmkit::caughtError,
+                                        L"FMain.WindowProcedure");
+        }
+    } catch (...) {
+        // There is nobody left to tell.
+    }
+}
+
 }  // namespace
 
 std::wstring programFolder() {
@@ -39,6 +53,8 @@ std::wstring programFolder() {
 }
 
 FMain::FMain() {
+    logOfWindowErrors = &logger_;
+    win32::setWindowErrorSink(logWindowError);
     create(L"QuillonMain", {}, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, nullptr, createMainMenu());
     ts_.create(handle(), tsId);
     for (const auto& tab : tabs) ts_.addTab(tab[0], tab[1]);
@@ -63,6 +79,11 @@ FMain::FMain() {
     ::AdjustWindowRect(&frame, WS_OVERLAPPEDWINDOW, TRUE);
     ::SetWindowPos(handle(), nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
                    SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+}
+
+FMain::~FMain() {
+    win32::setWindowErrorSink(nullptr);
+    logOfWindowErrors = nullptr;
 }
 
 void FMain::show() {

@@ -19,6 +19,7 @@ class FMain : public win32::Window {
   public:
     // Makes the window with its controls, hidden and empty.
     FMain();
+    ~FMain() override;
 
     // The start-up sequence. False when a component is missing: the user has been told and the program is to
     // end.

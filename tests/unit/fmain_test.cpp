@@ -145,6 +145,19 @@ TEST_CASE_FIXTURE(Main, "a missing library is named first, and telling so needs 
     CHECK(message == desktop.messageBoxes.at(0).text);
 }
 
+TEST_CASE_FIXTURE(Main, "an error that reaches the border of a window procedure is logged") {
+    start();
+    struct Failing : win32::Window {
+        Failing() { create(L"QuillonTestFailing", L"", WS_OVERLAPPEDWINDOW, 0, nullptr, nullptr); }
+        LRESULT onMessage(UINT message, WPARAM wParam, LPARAM lParam) override {
+            if (message == WM_APP) win32::raise(E_FAIL, L"out of the procedure");
+            return Window::onMessage(message, wParam, lParam);
+        }
+    } failing;
+    CHECK(::SendMessageW(failing.handle(), WM_APP, 0, 0) == 0);
+    CHECK(log().back() == L"4\tFMain.WindowProcedure\t-2147467259\tout of the procedure");
+}
+
 TEST_CASE_FIXTURE(Main, "the help page is shown first, and five tabs have their captions") {
     start();
     CHECK(visiblePages() == L"ucHelp1 ");
