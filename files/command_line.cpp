@@ -2,17 +2,15 @@
 
 #include <string_view>
 
+#include "win32/blanks.h"
+
 namespace files {
 
 namespace {
 
-const size_t npos = std::wstring::npos;
+using win32::trimmed;
 
-std::wstring trimmed(const std::wstring& text) {
-    size_t first = text.find_first_not_of(L' ');
-    if (first == npos) return {};
-    return text.substr(first, text.find_last_not_of(L' ') - first + 1);
-}
+const size_t npos = std::wstring::npos;
 
 bool beginsWith(const std::wstring& text, std::wstring_view lowerCasePrefix) {
     if (text.size() < lowerCasePrefix.size()) return false;

@@ -2,15 +2,11 @@
 
 #include <algorithm>
 
+#include "win32/blanks.h"
+
 namespace startup {
 
 namespace {
-
-std::wstring trimmedBlanks(const std::wstring& text) {
-    size_t first = text.find_first_not_of(L' ');
-    if (first == std::wstring::npos) return {};
-    return text.substr(first, text.find_last_not_of(L' ') - first + 1);
-}
 
 wchar_t lowerLetter(wchar_t c) {
     return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c;
@@ -36,11 +32,11 @@ std::vector<std::wstring> iniLines(const std::wstring& text) {
 }
 
 bool isIniLine(const std::wstring& line, const std::wstring& key, std::wstring& rest) {
-    const std::wstring trimmed = trimmedBlanks(line);
+    const std::wstring trimmed = win32::trimmed(line);
     if (trimmed.size() < key.size()) return false;
     bool same = std::equal(key.begin(), key.end(), trimmed.begin(),
                            [](wchar_t expected, wchar_t c) { return expected == lowerLetter(c); });
-    if (same) rest = trimmedBlanks(trimmed.substr(key.size()));
+    if (same) rest = win32::trimmed(trimmed.substr(key.size()));
     return same;
 }
 

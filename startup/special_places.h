@@ -30,7 +30,7 @@ struct PlaceState {
     std::wstring value;
 };
 
-const int firstPlace = 1, lastPlace = 18;
+const int firstPlace = 1;
 
 // The places are counted from 1 to 18. The folders are lower-cased and end in a backslash.
 std::vector<SpecialPlace> specialPlaces(const std::wstring& sysDir);

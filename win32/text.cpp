@@ -94,10 +94,4 @@ bool sameIgnoringCase(std::wstring_view a, std::wstring_view b) {
     return a.size() == b.size() && lowered(a) == lowered(b);
 }
 
-std::wstring trimmed(std::wstring_view text) {
-    size_t first = text.find_first_not_of(L' ');
-    if (first == std::wstring_view::npos) return {};
-    return std::wstring(text.substr(first, text.find_last_not_of(L' ') - first + 1));
-}
-
 }  // namespace win32

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "win32/blanks.h"
+
 namespace win32 {
 
 // By the ANSI code page of this Windows; what it lacks becomes its replacement character.
@@ -23,8 +25,5 @@ std::string toUtf8(std::wstring_view text);
 std::wstring lowered(std::wstring_view text);
 
 bool sameIgnoringCase(std::wstring_view a, std::wstring_view b);
-
-// Without the blanks (U+0020, no other white space) at both ends.
-std::wstring trimmed(std::wstring_view text);
 
 }  // namespace win32

@@ -51,10 +51,6 @@ LRESULT send(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     return withFlavour([&](auto f) { return f.sendMessage(window, message, wParam, lParam); });
 }
 
-void post(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
-    withFlavour([&](auto f) { f.postMessage(window, message, wParam, lParam); });
-}
-
 HWND topLevelOf(HWND window) {
     while (HWND parent = ::GetParent(window)) window = parent;
     return window;

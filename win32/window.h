@@ -12,7 +12,6 @@ namespace win32 {
 std::wstring textOf(HWND window);
 void setText(HWND window, const std::wstring& text);
 LRESULT send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
-void post(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 
 // The top-level window that holds a control.
 HWND topLevelOf(HWND window);
