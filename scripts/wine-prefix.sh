@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Wine prefixes for runs and tests: one base, made once, and cheap copies of it.
+# Wine prefixes for runs and tests: bases, made once, and cheap copies of them. Windows 98 is copied from one that
+# plays 32-bit Windows, the others from one that plays 64-bit Windows, where 32-bit programs run as well.
 #
 #     scripts/wine-prefix.sh base                   makes build/wine/base unless it is there
 #     scripts/wine-prefix.sh copy FOLDER FAMILY [unmanaged]
@@ -10,6 +11,7 @@
 set -euo pipefail
 top=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 base=$top/build/wine/base
+windows_kind=win64
 
 export WINEDEBUG=${WINEDEBUG:--all}
 # No offers to install Mono and Gecko, no menu entries on the developer's own desktop.
@@ -17,22 +19,35 @@ export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d'
 
 wineserver_of() { WINEPREFIX=$1 wineserver "$2" 2>/dev/null || true; }
 
+use_base_of() {
+    [ "$1" = win98 ] || return 0
+    base=$top/build/wine/base32
+    windows_kind=win32
+}
+
 # A prefix that was cut short while being made must not be taken for a finished one.
 make_base() {
+    mkdir -p "$(dirname "$base")"
+    (flock 9 && make_base_alone) 9>"$base.lock"
+}
+
+make_base_alone() {
     [ -f "$base/.quillon-base" ] && return
-    printf 'wine: making the base prefix\n'
+    printf 'wine: making the base prefix of %s\n' "$windows_kind"
     wineserver_of "$base" -k
     rm -rf "$base"
-    mkdir -p "$(dirname "$base")"
     # A home of its own: Wine would link its user folders to the developer's documents.
     mkdir -p "$top/build/wine/home"
-    local log=$top/build/wine/base.log
-    if ! HOME=$top/build/wine/home WINEPREFIX=$base wineboot -i >"$log" 2>&1; then
+    local log=$base.log
+    if ! HOME=$top/build/wine/home WINEARCH=$windows_kind WINEPREFIX=$base wineboot -i >"$log" 2>&1; then
         printf 'wine: the base prefix could not be made; see %s\n' "$log" >&2
         return 1
     fi
     # Wine's own start-up entry would show up among those that a test puts there.
-    WINEPREFIX=$base wine reg delete 'HKLM\Software\Microsoft\Windows\CurrentVersion\RunServices' /v winemenubuilder /f /reg:64 >>"$log" 2>&1 || true
+    local view=()
+    [ "$windows_kind" = win32 ] || view=(/reg:64)
+    WINEPREFIX=$base wine reg delete 'HKLM\Software\Microsoft\Windows\CurrentVersion\RunServices' \
+        /v winemenubuilder /f "${view[@]}" >>"$log" 2>&1 || true
     WINEPREFIX=$base wineserver -w
     # The signs of the caption buttons; Wine does not find them among its own fonts.
     local signs=/usr/share/wine/fonts/marlett.ttf
@@ -59,11 +74,16 @@ copy_base() {
     [ "$windows" != unmanaged ] || printf '\n[Software\\\\Wine\\\\X11 Driver]\n"Managed"="N"\n' >>"$folder/user.reg"
 }
 
-has_32bit() { make_base >&2 && WINEPREFIX=$base wine "$base/drive_c/windows/syswow64/hostname.exe" >/dev/null 2>&1; }
+# On 64-bit Windows and on Windows of its own.
+has_32bit() {
+    make_base >&2 && WINEPREFIX=$base wine "$base/drive_c/windows/syswow64/hostname.exe" >/dev/null 2>&1 || return
+    use_base_of win98
+    make_base >&2
+}
 
 case ${1:-} in
 base) make_base ;;
-copy) make_base && copy_base "$2" "$3" "${4:-}" ;;
+copy) use_base_of "$3" && make_base && copy_base "$2" "$3" "${4:-}" ;;
 stop) wineserver_of "$2" -k ;;
 has32) has_32bit ;;
 *)
