@@ -143,19 +143,25 @@ for architecture in "${architectures[@]}"; do
     names+=("com_tests-$architecture" "script-$architecture")
 done
 step check scripts/check.sh
+steps=(check support_request e2e)
+if [ ${#architectures[@]} = 2 ]; then
+    step windows98 scripts/windows98.sh
+    steps+=(windows98)
+fi
 step support_request python3 tests/support_request/run.py "${architectures[@]}"
 wait "$native_steps"
 step e2e python3 tests/e2e/run.py "${combinations[@]}"
 
-for name in native fuzz "${names[@]}" check support_request e2e; do collect "$name"; done
+for name in native fuzz "${names[@]}" "${steps[@]}"; do collect "$name"; done
 [ ${#architectures[@]} = 2 ] || {
     skip unit_tests-x86 'there is no 32-bit Wine here' 4
     skip support_request-x86 'there is no 32-bit Wine here' 51
     skip e2e-x86 'there is no 32-bit Wine here' 4
+    skip windows98 'there is no 32-bit Wine here' 2
 }
 
 printf '\n'
-for name in native "${names[@]}" check support_request e2e; do
+for name in native "${names[@]}" "${steps[@]}"; do
     [ "$(cat "$logs/$name.status")" = 0 ] || { printf -- '--- the end of %s ---\n' "$logs/$name.log"; tail -n 60 "$logs/$name.log"; }
 done
 grep -hE '^e2e ' "$logs/e2e.log"

@@ -1,8 +1,9 @@
 #!/usr/bin/env python3
-"""Runs the end-to-end cases:  run.py [--jobs N] [-k PATTERN] [ARCHITECTURE:FAMILY ...]
+"""Runs the end-to-end cases:  run.py [--jobs N] [--walk] [-k PATTERN] [ARCHITECTURE:FAMILY[:WAY] ...]
 
 Without a choice every build is tried in every Windows family that it is for, two at a time, each with a display
-of its own. The last line is `N passed, N failed, N skipped`.
+of its own. The way is one of harness/windows98.py. --walk takes the one walk through everything that stands in
+walk/ in place of the cases. The last line is `N passed, N failed, N skipped`.
 """
 import argparse
 import os
@@ -50,11 +51,11 @@ class Report(unittest.TextTestResult):
         self._line(test, 'skip')
 
 
-def run_cases(pattern):
+def run_cases(folder, pattern):
     """The cases of the combination that the environment names, in this process."""
     loader = unittest.TestLoader()
     loader.testNamePatterns = [f'*{pattern}*'] if pattern else None
-    suite = loader.discover(str(HERE / 'cases'), top_level_dir=str(HERE / 'cases'))
+    suite = loader.discover(str(HERE / folder), top_level_dir=str(HERE / folder))
     if loader.errors:
         sys.exit('\n'.join(loader.errors))
     with open(os.devnull, 'w') as nowhere:
@@ -67,22 +68,22 @@ def run_cases(pattern):
     return 1 if failed or not result.testsRun else 0
 
 
-def run_combination(combination, pattern):
+def run_combination(combination, options):
     """A process of its own, since architecture and family are read once; gives its output and its counts."""
-    architecture, family = combination.split(':')
+    architecture, family, *way = combination.split(':')
     began = time.monotonic()
     with Display() as display:
         environment = {**os.environ, 'DISPLAY': display.name, 'QUILLON_ARCHITECTURE': architecture,
-                       'QUILLON_FAMILY': family}
-        command = [sys.executable, __file__, '--here', *(['-k', pattern] if pattern else [])]
+                       'QUILLON_FAMILY': family, 'QUILLON_WINDOWS98': ''.join(way)}
+        command = [sys.executable, __file__, '--here', *options]
         done = subprocess.run(command, env=environment, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
     paths.LOGS.mkdir(parents=True, exist_ok=True)
-    (paths.LOGS / f'{architecture}-{family}.log').write_text(done.stdout)
+    (paths.LOGS / f'{combination.replace(":", "-")}.log').write_text(done.stdout)
     last = done.stdout.rstrip().rsplit('\n', 1)[-1]
     words = last.split()
     counted = len(words) == 6 and words[1::2] == ['passed,', 'failed,', 'skipped']
     counts = [int(number) for number in words[::2]] if counted else [0, 1, 0]
-    print(f'e2e {combination:10} {last}  ({time.monotonic() - began:.0f} s)', flush=True)
+    print(f'e2e {combination:20} {last}  ({time.monotonic() - began:.0f} s)', flush=True)
     if done.returncode or not counted:
         print(done.stdout, flush=True)
     elif '\n***' in done.stdout:
@@ -102,14 +103,16 @@ def main():
     arguments = argparse.ArgumentParser()
     arguments.add_argument('--here', action='store_true', help=argparse.SUPPRESS)
     arguments.add_argument('--jobs', type=int, default=2)
+    arguments.add_argument('--walk', action='store_true')
     arguments.add_argument('-k', dest='pattern')
-    arguments.add_argument('combinations', nargs='*', metavar='ARCHITECTURE:FAMILY')
+    arguments.add_argument('combinations', nargs='*', metavar='ARCHITECTURE:FAMILY[:WAY]')
     chosen = arguments.parse_args()
     if chosen.here:
-        return run_cases(chosen.pattern)
+        return run_cases('walk' if chosen.walk else 'cases', chosen.pattern)
     sweep()
+    options = [*(['--walk'] if chosen.walk else []), *(['-k', chosen.pattern] if chosen.pattern else [])]
     with ThreadPoolExecutor(chosen.jobs) as pool:
-        counts = list(pool.map(lambda combination: run_combination(combination, chosen.pattern),
+        counts = list(pool.map(lambda combination: run_combination(combination, options),
                                chosen.combinations or COMBINATIONS))
     passed, failed, skipped = (sum(column) for column in zip(*counts))
     print(f'{passed} passed, {failed} failed, {skipped} skipped')

@@ -5,10 +5,10 @@ import signal
 import tempfile
 from pathlib import Path
 
-from harness import exported_places, paths, readers
+from harness import exported_places, readers
 from harness.case import Case, FOLDER, RUN
 from harness.exported_places import HIVES, KEYS, SHORT_TEXT, VALUES, WORLD
-from harness.probe import Probe, REG_EXPAND_SZ, REG_MULTI_SZ, REG_SZ
+from harness.probe import REG_EXPAND_SZ, REG_MULTI_SZ, REG_SZ
 
 TEXT_TYPES = (REG_SZ, REG_EXPAND_SZ, REG_MULTI_SZ)
 SETUP = ('HKLM', exported_places.WINDOWS + '\\RunOnce\\Setup')
@@ -273,7 +273,6 @@ class Refused(BackupCase):
             resource.setrlimit(resource.RLIMIT_FSIZE, (100_000, 100_000))
 
         # What it starts inherits the limit; wineserver, which keeps the registry, runs already and has none.
-        self.probe = Probe(paths.probe(self.architecture), self.prefix.environment, limit)
-        self.addCleanup(self.probe.close)
+        self.start_probe(before_exec=limit)
         self.assert_told_and_nothing_left()
         self.assertEqual(self.backups(), [])

@@ -5,7 +5,7 @@ import subprocess
 from harness import paths
 from harness.case import Case
 from harness.display import Display
-from harness.probe import Probe, REG_DWORD
+from harness.probe import REG_DWORD
 from harness.waiting import wait_for
 
 SHOTS = paths.BUILD / 'screenshots'
@@ -34,8 +34,7 @@ class Looks(Case):
         self.probe.set_value('HKCU', 'Control Panel\\Desktop', 'LogPixels', dpi, REG_DWORD)
         self.probe.close()
         self.prefix.stop()
-        self.probe = Probe(paths.probe(self.architecture), self.prefix.environment)
-        self.addCleanup(self.probe.close)
+        self.start_probe()
 
     def photograph(self, window, picture):
         """The window as it stands on the screen."""

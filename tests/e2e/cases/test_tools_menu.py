@@ -13,9 +13,6 @@ def starts(folder):
 
 
 class ToolsMenu(Case):
-    def choose(self, menu, *items):
-        self.program.keys('keydown alt', f'key {menu}', 'keyup alt', *[f'key {item}' for item in items])
-
     def install_tool(self, end):
         """A copy of Quillon plays the tool: its log shows that it was started."""
         folder = self.prefix.put_program(TOOLS, self.architecture)
@@ -24,7 +21,7 @@ class ToolsMenu(Case):
         return folder
 
     def start_tool(self, folder, times):
-        self.choose('t', 'm', 't')
+        self.program.choose('t', 'm', 't')
         wait_for(lambda: starts(folder) == times, 'the tool to start')
         self.assertTrue(self.program.no_dialog())
 
@@ -44,7 +41,7 @@ class ToolsMenu(Case):
         self.prefix.put('C:\\Quillon\\explorer.exe', decoy)
         folder = self.install_tool('')
         self.start()
-        self.choose('h', 'h')
+        self.program.choose('h', 'h')
         # The tool takes as long to start as the decoy would have taken.
         self.settle()
         self.start_tool(folder, 1)

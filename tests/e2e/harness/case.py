@@ -3,7 +3,7 @@ import os
 import shutil
 import unittest
 
-from . import paths
+from . import paths, windows98
 from .logs import log_entries
 from .prefix import Prefix
 from .probe import Probe, REG_EXPAND_SZ, REG_SZ
@@ -20,18 +20,25 @@ RUN = 'SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run'
 class Case(unittest.TestCase):
     maxDiff = None
     architecture = ARCHITECTURE
+    program = None
 
     def setUp(self):
         self.name = self.id().replace('.', '-')
         self.prefix = Prefix(f'e2e-{self.architecture}-{FAMILY}-{os.getpid()}', FAMILY)
         self.addCleanup(self.prefix.remove)
         self.family = self.prefix.family
+        self.windows98 = windows98.chosen(self.prefix)
         self.system = f'C:\\windows\\{self.family.system_folder}'
         self.folder = self.prefix.put_program(FOLDER, self.architecture)
         paths.LOGS.mkdir(parents=True, exist_ok=True)
-        self.probe = Probe(paths.probe(self.architecture), self.prefix.environment)
-        self.addCleanup(self.probe.close)
+        self.start_probe()
         self.addCleanup(self.keep_logs)
+        self.addCleanup(self.look_for_refusals)
+
+    def start_probe(self, before_exec=None):
+        """What the program will be started from."""
+        self.probe = Probe(paths.probe(self.architecture), self.prefix.environment, self.windows98.trace_file, before_exec)
+        self.addCleanup(self.probe.close)
 
     def keep_logs(self):
         """On a failure what the program wrote is kept, with what was on the screen."""
@@ -41,7 +48,13 @@ class Case(unittest.TestCase):
         kept = paths.LOGS / f'{self.architecture}-{FAMILY}-{self.name}'
         shutil.rmtree(kept, ignore_errors=True)
         shutil.copytree(self.folder, kept, ignore=shutil.ignore_patterns('*.exe', '*.dll'))
+        if self.windows98.trace_file:
+            shutil.copy(self.windows98.trace_file, kept / 'trace')
         os.system(f'import -window root "{kept}/screen.png" 2>/dev/null')
+
+    def look_for_refusals(self):
+        if self.program:
+            self.assertEqual(self.windows98.refused(), [])
 
     # Windows around the program.
 
@@ -55,6 +68,7 @@ class Case(unittest.TestCase):
 
     def launch(self):
         """Starts the program without waiting for its window."""
+        self.windows98.prepare_start(self.probe, FOLDER)
         self.program = Program(self.probe, FOLDER + '\\Quillon.exe', self.prefix.environment)
         return self.program
 

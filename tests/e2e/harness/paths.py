@@ -6,11 +6,14 @@ TOP = Path(__file__).resolve().parents[3]
 BUILD = TOP / 'build'
 LOGS = BUILD / 'test-logs' / 'e2e'
 PREFIXES = BUILD / 'wine'
+IMITATION = BUILD / 'windows98'
 FIXTURES = BUILD / 'fixtures'
 
 
 def program_folder(architecture):
     """The complete program folder. QUILLON_PROGRAM_<ARCH> names another one than dist/<arch>."""
+    if os.environ.get('QUILLON_WINDOWS98') == 'imitation':
+        return IMITATION / 'program'
     return Path(os.environ.get(f'QUILLON_PROGRAM_{architecture.upper()}') or TOP / 'dist' / architecture)
 
 

@@ -35,9 +35,10 @@ def registry_bytes(kind, data):
 
 
 class Probe:
-    def __init__(self, program, environment, before_exec=None):
-        self.process = subprocess.Popen(['wine', str(program)], env=environment, stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, stderr=subprocess.DEVNULL, preexec_fn=before_exec)
+    def __init__(self, program, environment, trace_file=None, before_exec=None):
+        with open(trace_file or os.devnull, 'ab') as trace:
+            self.process = subprocess.Popen(['wine', str(program)], env=environment, stdin=subprocess.PIPE,
+                                            stdout=subprocess.PIPE, stderr=trace, preexec_fn=before_exec)
         self.pending = b''
 
     def ask(self, command, *fields):

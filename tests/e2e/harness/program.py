@@ -133,6 +133,10 @@ class Program:
         for step in steps:
             subprocess.run(['xdotool', *step.split()], check=True, env=self.environment)
 
+    def choose(self, menu, *items):
+        """A menu command by its access keys."""
+        self.keys('keydown alt', f'key {menu}', 'keyup alt', *[f'key {item}' for item in items])
+
     def _on_display(self):
         """The X windows of the program, as numbers."""
         return self.windows_named('Quillon')

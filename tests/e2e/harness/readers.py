@@ -37,19 +37,24 @@ class WineTool:
 
 
 def bits_of(case):
-    """The Windows that the program sees: the 64-bit one on the NT family, since it looks behind the redirection,
-    and the 32-bit one that plays Windows 98."""
+    """Windows 98 is a 32-bit Windows; on the others the program looks behind the redirection, at the 64-bit one."""
     return 64 if case.family.is_nt else 32
+
+
+def is_redirected(case, bits):
+    return case.family.is_nt and bits == 32
 
 
 def regedit(case, bits=None):
     bits = bits or bits_of(case)
-    return WineTool(case, 'C:\\windows\\syswow64\\regedit.exe' if bits == 32 else 'C:\\windows\\regedit.exe', '/S', bits)
+    return WineTool(case, 'C:\\windows\\syswow64\\regedit.exe' if is_redirected(case, bits) else 'C:\\windows\\regedit.exe',
+                    '/S', bits)
 
 
 def _reg(case, arguments, bits):
     bits = bits or bits_of(case)
-    return WineTool(case, f'C:\\windows\\{"syswow64" if bits == 32 else "system32"}\\reg.exe', arguments, bits)
+    folder = 'syswow64' if is_redirected(case, bits) else 'system32'
+    return WineTool(case, f'C:\\windows\\{folder}\\reg.exe', arguments, bits)
 
 
 def reg_import(case, bits=None):

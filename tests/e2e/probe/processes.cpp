@@ -56,6 +56,13 @@ std::string environment(const Fields& fields) {
     return object({member("text", quoted(std::wstring_view(text, length)))});
 }
 
+// setenvironment <name> <value>: for what is started from now on
+std::string setEnvironment(const Fields& fields) {
+    if (!::SetEnvironmentVariableW(field(fields, 0).c_str(), field(fields, 1).c_str()))
+        throw Failure{"SetEnvironmentVariable", ::GetLastError()};
+    return done();
+}
+
 }  // namespace
 
 void addProcessCommands(Commands& commands) {
@@ -63,7 +70,8 @@ void addProcessCommands(Commands& commands) {
                      {L"state", state},
                      {L"kill", kill},
                      {L"version", version},
-                     {L"environment", environment}});
+                     {L"environment", environment},
+                     {L"setenvironment", setEnvironment}});
 }
 
 }  // namespace probe
