@@ -21,6 +21,7 @@ class RealDesktop : public Desktop {
     }
 
     bool startProgram(const std::wstring& application, const std::wstring& commandLine) override {
+        if (!isExactName(application) || !isExactName(commandLine)) return false;
         return withFlavour([&](auto f) {
             using F = decltype(f);
             typename F::StartupInfo startup = {};
@@ -41,12 +42,14 @@ class RealDesktop : public Desktop {
     }
 
     void openFolder(HWND owner, const std::wstring& path) override {
+        if (!isExactName(path)) return;
         withFlavour([&](auto f) {
             f.shellExecute(owner, f.in(L"open"), f.in(path), nullptr, nullptr, SW_SHOWNORMAL);
         });
     }
 
     bool shellExecute(const ShellRequest& request) override {
+        if (!isExactName(request.file)) return false;
         return withFlavour([&](auto f) {
             using F = decltype(f);
             auto verb = f.in(request.verb);

@@ -26,6 +26,9 @@ class Desktop {
     // TrackPopupMenu at a screen position in pixels; gives back the chosen command, 0 for none.
     virtual UINT popUpMenu(HMENU menu, POINT position, HWND owner) = 0;
 
+    // What is started or opened is named exactly: a text that Windows would take for another (isExactName in
+    // win32/text.h) is refused.
+    //
     // CreateProcess in a normal window, not waited for; false when Windows refuses. `application` may be
     // empty: then the command line names the program.
     virtual bool startProgram(const std::wstring& application, const std::wstring& commandLine) = 0;

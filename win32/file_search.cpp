@@ -43,6 +43,7 @@ std::wstring rootOf(const std::wstring& full) {
 }  // namespace
 
 std::vector<FoundFile> filesIn(const std::wstring& folder) {
+    if (!isExactName(folder)) raiseWin32(ERROR_PATH_NOT_FOUND, folder);
     NoFileRedirection off;
     return withFlavour([&](auto f) {
         using F = decltype(f);
@@ -62,7 +63,7 @@ std::vector<FoundFile> filesIn(const std::wstring& folder) {
 }
 
 std::optional<FoundFile> findFile(const std::wstring& path) {
-    if (path.find_first_of(std::wstring(L"*?\0", 3)) != std::wstring::npos) return {};
+    if (path.find_first_of(L"*?") != std::wstring::npos || !isExactName(path)) return {};
     NoFileRedirection off;
     return withFlavour([&](auto f) -> std::optional<FoundFile> {
         using F = decltype(f);
@@ -74,12 +75,14 @@ std::optional<FoundFile> findFile(const std::wstring& path) {
 }
 
 bool isFolder(const std::wstring& path) {
+    if (!isExactName(path)) return false;
     NoFileRedirection off;
     const DWORD attributes = withFlavour([&](auto f) { return f.getFileAttributes(f.in(path)); });
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
 void removeFile(const std::wstring& path) {
+    if (!isExactName(path)) raiseWin32(ERROR_FILE_NOT_FOUND, path);
     NoFileRedirection off;
     if (!withFlavour([&](auto f) { return f.deleteFile(f.in(path)); })) raiseLastError(path);
 }

@@ -20,10 +20,9 @@ DWORD attributesOf(const std::wstring& path) {
 
 OwnedFile opened(const std::wstring& path, DWORD access, DWORD disposition) {
     NoFileRedirection off;
-    // A name ends at a NUL for Windows, which would open another file.
     HANDLE file = INVALID_HANDLE_VALUE;
     DWORD error = ERROR_INVALID_NAME;
-    if (path.find(L'\0') == std::wstring::npos) {
+    if (isExactName(path)) {
         file = withFlavour([&](auto f) {
             return noneIfNull(f.createFile(f.in(path), access, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE},
                                            nullptr, disposition, DWORD{FILE_ATTRIBUTE_NORMAL}, nullptr));
@@ -64,11 +63,12 @@ NoFileRedirection::~NoFileRedirection() {
 }
 
 bool fileExists(const std::wstring& path) {
-    DWORD attributes = path.find(L'\0') == std::wstring::npos ? attributesOf(path) : notThere;
+    DWORD attributes = isExactName(path) ? attributesOf(path) : notThere;
     return attributes != notThere && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
 void createFolder(const std::wstring& path) {
+    if (!isExactName(path)) raiseWin32(ERROR_INVALID_NAME, path);
     NoFileRedirection off;
     if (withFlavour([&](auto f) { return f.createDirectory(f.in(path), nullptr); })) return;
     DWORD error = ::GetLastError();
@@ -123,6 +123,7 @@ void AppendFile::write(const std::string& bytes) {
 }
 
 std::wstring searchPath(const std::wstring& name) {
+    if (!isExactName(name)) return {};
     NoFileRedirection off;
     return withFlavour([&](auto f) {
         using F = decltype(f);
@@ -134,6 +135,7 @@ std::wstring searchPath(const std::wstring& name) {
 }
 
 std::wstring longPath(const std::wstring& path) {
+    if (!isExactName(path)) return {};
     return withFlavour([&](auto f) {
         using F = decltype(f);
         using GetLongPathName = DWORD(WINAPI*)(const typename F::Char*, typename F::Char*, DWORD);

@@ -1,5 +1,8 @@
 // Files and folders. Failures are thrown as Errors that name the path, except where a header says otherwise.
 //
+// A path that Windows would take for another one, with a NUL or, in the ANSI flavour, with a character that
+// the code page lacks, names nothing that is there, and cannot be made.
+//
 // A 32-bit program on 64-bit Windows is shown another system folder; everything here looks at the real one.
 #pragma once
 

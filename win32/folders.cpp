@@ -7,6 +7,7 @@
 namespace win32 {
 
 bool holdsNormalFile(const std::wstring& folder) {
+    if (!isExactName(folder)) return false;
     NoFileRedirection wholeSystem;
     return withFlavour([&](auto f) {
         typename decltype(f)::FindData found;

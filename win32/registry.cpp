@@ -15,20 +15,56 @@ REGSAM viewFlag(RegistryView view) {
     return view == RegistryView::whole && isRedirected() ? wow64Key64 : 0;
 }
 
+// How many names of a list, in the letters that the calls hand out, are the same as this one.
+template <class NameAt>
+int bearersOf(const std::wstring& name, NameAt nameAt) {
+    std::wstring other;
+    int bearers = 0;
+    for (DWORD i = 0; nameAt(i, other) == ERROR_SUCCESS; ++i) bearers += sameIgnoringCase(name, other);
+    return bearers;
+}
+
 std::wstring withoutLastBackslashes(std::wstring path) {
     while (!path.empty() && path.back() == L'\\') path.pop_back();
     return path;
 }
 
-// The ANSI functions would put another character in the place of one that the code page lacks.
-bool carriesName(const std::wstring& name) {
-    return name.find(L'\0') == std::wstring::npos && (flavour() == Flavour::wide || survivesAnsi(name));
+LONG subkeyNameAt(HKEY key, DWORD position, std::wstring& name) {
+    return withFlavour([&](auto f) {
+        using F = decltype(f);
+        return NameBuffer<F>().fill(name, [&](auto* text, DWORD* length) {
+            return F::regEnumKeyEx(key, position, text, length, nullptr, nullptr, nullptr, nullptr);
+        });
+    });
+}
+
+LONG openAs(OwnedKey& key, HKEY root, const std::wstring& path, REGSAM access, DWORD options);
+
+LONG checkLastName(HKEY root, const std::wstring& path, REGSAM view) {
+    const size_t end = path.rfind(L'\\');
+    OwnedKey parent;
+    // Where the parent cannot be opened, opening the key itself tells why.
+    if (end != std::wstring::npos && openAs(parent, root, path.substr(0, end), KEY_READ | view, 0))
+        return ERROR_SUCCESS;
+    HKEY key = parent ? parent.get() : root;
+    const int bearers = bearersOf(path.substr(end + 1),
+                                  [&](DWORD i, std::wstring& other) { return subkeyNameAt(key, i, other); });
+    return bearers > 1 ? ERROR_INVALID_NAME : ERROR_SUCCESS;
+}
+
+// In the ANSI flavour a question mark in a listed name may stand for a character that the code page lacks:
+// the key that it opens would be another one.
+LONG checkMarks(HKEY root, const std::wstring& path, REGSAM access) {
+    const size_t mark = flavour() == Flavour::wide ? std::wstring::npos : path.rfind(L'?');
+    if (mark == std::wstring::npos) return ERROR_SUCCESS;
+    return checkLastName(root, path.substr(0, path.find(L'\\', mark)), access & wow64Key64);
 }
 
 LONG openAs(OwnedKey& key, HKEY root, const std::wstring& path, REGSAM access, DWORD options) {
     std::wstring cut = withoutLastBackslashes(path);
     key.reset();
-    if (!carriesName(cut)) return ERROR_INVALID_NAME;
+    if (!isExactName(cut)) return ERROR_INVALID_NAME;
+    if (LONG refused = checkMarks(root, cut, access)) return refused;
     return withFlavour([&](auto f) {
         HKEY opened = nullptr;
         LONG error = f.regOpenKeyEx(root, f.in(cut), options, access, &opened);
@@ -64,7 +100,8 @@ LONG RegistryKey::openLink(HKEY root, const std::wstring& path, REGSAM access, R
 LONG RegistryKey::create(HKEY root, const std::wstring& path, REGSAM access, RegistryView view) {
     std::wstring cut = withoutLastBackslashes(path);
     key_.reset();
-    if (!carriesName(cut)) return ERROR_INVALID_NAME;
+    if (!isExactName(cut)) return ERROR_INVALID_NAME;
+    if (LONG refused = checkMarks(root, cut, access | viewFlag(view))) return refused;
     return withFlavour([&](auto f) {
         HKEY created = nullptr;
         LONG error = f.regCreateKeyEx(root, f.in(cut), DWORD{0}, nullptr, DWORD{REG_OPTION_NON_VOLATILE},
@@ -75,12 +112,7 @@ LONG RegistryKey::create(HKEY root, const std::wstring& path, REGSAM access, Reg
 }
 
 LONG RegistryKey::subkeyAt(DWORD position, std::wstring& name) const {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
-        return NameBuffer<F>().fill(name, [&](auto* text, DWORD* length) {
-            return F::regEnumKeyEx(get(), position, text, length, nullptr, nullptr, nullptr, nullptr);
-        });
-    });
+    return subkeyNameAt(get(), position, name);
 }
 
 LONG RegistryKey::valueNameAt(DWORD position, std::wstring& name) const {
@@ -130,7 +162,7 @@ LONG RegistryKey::set(const std::wstring& name, DWORD type, const std::string& d
 }
 
 LONG RegistryKey::deleteValue(const std::wstring& name) const {
-    if (LONG refused = checkName(name)) return refused;
+    if (LONG refused = checkName(name, AmbiguousNames::all)) return refused;
     return withFlavour([&](auto f) { return f.regDeleteValue(get(), f.in(name)); });
 }
 
@@ -140,13 +172,19 @@ bool RegistryKey::isLink() const {
            value.type == REG_LINK;
 }
 
-LONG RegistryKey::checkName(const std::wstring& name) const {
-    if (!carriesName(name)) return ERROR_INVALID_NAME;
-    if (flavour() == Flavour::wide || name.find(L'?') == std::wstring::npos) return ERROR_SUCCESS;
-    std::wstring other;
-    int bearers = 0;
-    for (DWORD i = 0; valueNameAt(i, other) == ERROR_SUCCESS; ++i) bearers += sameIgnoringCase(name, other);
+// The code page may put a letter, not only a question mark, in the place of one that it lacks. Asking the
+// whole list each time would make reading a key's values take quadratic time, so that is done only before
+// deleting.
+LONG RegistryKey::checkName(const std::wstring& name, AmbiguousNames refused) const {
+    if (!isExactName(name)) return ERROR_INVALID_NAME;
+    if (flavour() == Flavour::wide) return ERROR_SUCCESS;
+    if (refused == AmbiguousNames::withMark && name.find(L'?') == std::wstring::npos) return ERROR_SUCCESS;
+    const int bearers = bearersOf(name, [&](DWORD i, std::wstring& other) { return valueNameAt(i, other); });
     return bearers > 1 ? ERROR_INVALID_NAME : ERROR_SUCCESS;
+}
+
+LONG checkSubkey(HKEY root, const std::wstring& path, RegistryView view) {
+    return flavour() == Flavour::wide ? ERROR_SUCCESS : checkLastName(root, path, viewFlag(view));
 }
 
 LONG subkeyNames(const RegistryKey& key, std::vector<std::wstring>& names) {

@@ -7,7 +7,8 @@
 // A name that does not stand for exactly one value or key on its way to the registry is refused with
 // ERROR_INVALID_NAME before anything is read or changed: one with an inner NUL (the native calls can make
 // them, the others would end it there and meet another value) and, in the ANSI flavour, one that the code
-// page cannot carry or whose "?" stands for several values of the key.
+// page cannot carry or whose "?" stands for several values or keys. Deleting refuses every name that several
+// have there, since the code page may also put a letter in the place of another.
 #pragma once
 
 #include <string>
@@ -54,10 +55,14 @@ class RegistryKey {
     explicit operator bool() const { return static_cast<bool>(key_); }
 
   private:
-    LONG checkName(const std::wstring& name) const;
+    enum class AmbiguousNames { withMark, all };
+    LONG checkName(const std::wstring& name, AmbiguousNames refused = AmbiguousNames::withMark) const;
 
     OwnedKey key_;
 };
+
+// ERROR_INVALID_NAME when, in the ANSI flavour, several keys are listed under the name of this one.
+LONG checkSubkey(HKEY root, const std::wstring& path, RegistryView view = RegistryView::whole);
 
 // Deletes a key with all that is below it, children first; stops at the first that cannot be deleted and
 // gives its error. A link is deleted, what it leads to stays. The empty path, a whole hive, is refused.

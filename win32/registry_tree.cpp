@@ -44,6 +44,7 @@ LONG deleteKeyTree(HKEY root, const std::wstring& path, RegistryView view) {
     std::wstring cut = path.substr(0, path.find_last_not_of(L'\\') + 1);
     if (cut.empty()) return ERROR_INVALID_PARAMETER;
     RegistryKey key;
+    if (LONG error = checkSubkey(root, cut, view)) return error;
     if (LONG error = key.openLink(root, cut, deleteAccess, view)) return error;
     // A link opened as such has nothing below it.
     if (LONG error = deleteBelow(key, view)) return error;

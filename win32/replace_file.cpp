@@ -76,7 +76,7 @@ bool replaceByRenaming(const std::wstring& path, const std::wstring& replacement
 }  // namespace
 
 FileReplacement::FileReplacement(const std::wstring& path) : path_(path), attributes_(notThere) {
-    if (path.find(L'\0') != std::wstring::npos) raiseWin32(ERROR_INVALID_NAME, path);
+    if (!isExactName(path)) raiseWin32(ERROR_INVALID_NAME, path);
     attributes_ = attributesOf(path);
     if (attributes_ != notThere && attributes_ & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) {
         raiseWin32(ERROR_ACCESS_DENIED, path);

@@ -81,6 +81,10 @@ bool survivesAnsi(std::wstring_view text) {
     return isAscii(text) || fromAnsi(toAnsi(text)) == text;
 }
 
+bool isExactName(std::wstring_view name) {
+    return name.find(L'\0') == std::wstring_view::npos && (flavour() == Flavour::wide || survivesAnsi(name));
+}
+
 std::wstring lowered(std::wstring_view text) {
     std::wstring result(text);
     std::transform(result.begin(), result.end(), result.begin(), loweredAscii);

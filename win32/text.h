@@ -15,6 +15,11 @@ std::wstring fromAnsi(std::string_view bytes);
 // True when the text comes back the same from the code page: no character replaced, none "best fitted".
 bool survivesAnsi(std::wstring_view text);
 
+// True when a call to Windows takes the text as the name of exactly that file, key or value: it holds no NUL,
+// which would end it there, and in the ANSI flavour nothing that the code page lacks, which another character
+// would stand for.
+bool isExactName(std::wstring_view name);
+
 // One character U+0000 to U+00FF for each byte, and back.
 std::wstring bytesAsText(std::string_view bytes);
 std::string textAsBytes(std::wstring_view text);

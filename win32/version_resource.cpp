@@ -18,7 +18,7 @@ const DWORD largestBlock = 1 << 20;
 const size_t roomBehind = 3 << 16;
 
 std::string readBlock(const std::wstring& path) {
-    if (path.empty() || path.find(L'\0') != std::wstring::npos) return {};
+    if (path.empty() || !isExactName(path)) return {};
     NoFileRedirection off;
     return withFlavour([&](auto f) {
         DWORD ignored = 0;
