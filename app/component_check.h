@@ -9,4 +9,8 @@ namespace app {
 // False on the first that cannot be made, with a message for the user; true leaves the message alone.
 bool ComponentCheck(std::wstring& message);
 
+// How to register the components: for a Windows before XP, where the file of the one that is missing lies
+// beside the program all the same. Empty otherwise. Needs neither component.
+std::wstring registrationAdvice();
+
 }  // namespace app

@@ -42,7 +42,9 @@ std::wstring windowsStartLine() {
 
 // Neither the formatting service nor a logger may be needed to tell that they are missing.
 void tellMissingComponent(const std::wstring& message) {
-    win32::desktop().messageBox(nullptr, message, win32::loadString(STRING_PRODUCT), MB_ICONERROR);
+    const std::wstring advice = registrationAdvice();
+    win32::desktop().messageBox(nullptr, advice.empty() ? message : message + L"\n\n" + advice,
+                                win32::loadString(STRING_PRODUCT), MB_ICONERROR);
 }
 
 }  // namespace

@@ -145,6 +145,45 @@ TEST_CASE_FIXTURE(Main, "a missing library is named first, and telling so needs 
     CHECK(message == desktop.messageBoxes.at(0).text);
 }
 
+TEST_CASE_FIXTURE(Main,
+                  "before Windows XP a component that lies there unregistered is said how to register") {
+    struct LyingThere {
+        LyingThere() { TempFolder::write(beside(L"QLNCustom.dll"), "x"); }
+        void makeProgramFile() { TempFolder::write(beside(L"QLNCustom.dll"), "MZ..."); }
+        ~LyingThere() { ::DeleteFileW(beside(L"QLNCustom.dll").c_str()); }
+    };
+    auto boxOf = [&](DWORD version) {
+        desktop.windowsVersion = version;
+        desktop.messageBoxAnswers = {IDOK};
+        CHECK_FALSE(window.Form_Initialize());
+        return desktop.messageBoxes.back().text;
+    };
+    std::wstring message;
+    CHECK_FALSE(app::ComponentCheck(message));
+    const DWORD all[] = {ScriptedDesktop::windows98, ScriptedDesktop::windows2000, ScriptedDesktop::windowsXp,
+                         ScriptedDesktop::windows2003, 0x0000000A};
+    for (DWORD version : all) CHECK(boxOf(version) == message);
+    LyingThere file;
+    for (DWORD version : all) CHECK(boxOf(version) == message);
+    file.makeProgramFile();
+    const std::wstring advice =
+        L"\n\nThe file is there, but this version of Windows has to be told of it. Open an MS-DOS or command "
+        L"prompt in the folder\n" +
+        win32::moduleFolder(nullptr) +
+        L"\nand run once:\n\n    regsvr32 Helmkit.dll\n    regsvr32 QLNCustom.dll\n\nThen start Quillon "
+        L"again.";
+    for (DWORD version : all) {
+        CAPTURE(version);
+        const bool isOld = version == ScriptedDesktop::windows98 || version == ScriptedDesktop::windows2000;
+        CHECK(boxOf(version) == message + (isOld ? advice : std::wstring()));
+        CHECK(log().back() == L"4\tFMain.Form_Initialize\t0\t" + message);
+    }
+    desktop.windowsVersion = ScriptedDesktop::windows98;
+    message = L"left alone";
+    CHECK_FALSE(app::ComponentCheck(message));
+    CHECK(message.find(L"regsvr32") == std::wstring::npos);
+}
+
 TEST_CASE_FIXTURE(Main, "an error that reaches the border of a window procedure is logged") {
     start();
     struct Failing : win32::Window {
