@@ -25,7 +25,8 @@ FAbout::FAbout(HWND owner, std::function<void()> visitHomePage)
     create(L"QuillonAbout", L"About Quillon", WS_POPUP | WS_CAPTION | WS_SYSMENU, WS_EX_DLGMODALFRAME, owner,
            nullptr);
     createControls();
-    layOut();
+    layOut(win32::dpiOf(owner_));
+    centreOverOwner();
 }
 
 void FAbout::createControls() {
@@ -50,8 +51,8 @@ void FAbout::createControls() {
     ::SetWindowPos(frame1_.window(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
 }
 
-void FAbout::layOut() {
-    const int dpi = win32::dpiOf(owner_);
+void FAbout::layOut(int dpi) {
+    win32::OwnedFont fontBefore = std::move(font_), linkFontBefore = std::move(linkFont_);
     font_ = win32::messageFont(dpi);
     linkFont_ = win32::underlinedVersionOf(font_.get());
     win32::setFont(handle(), font_.get());
@@ -61,11 +62,18 @@ void FAbout::layOut() {
     }
     RECT frame = {0, 0, win32::toPixels(clientWidth, dpi), win32::toPixels(clientHeight, dpi)};
     ::AdjustWindowRectEx(&frame, WS_POPUP | WS_CAPTION | WS_SYSMENU, FALSE, WS_EX_DLGMODALFRAME);
-    const int width = frame.right - frame.left, height = frame.bottom - frame.top;
-    RECT around;
+    ::SetWindowPos(handle(), nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
+                   SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    ::InvalidateRect(handle(), nullptr, TRUE);
+}
+
+void FAbout::centreOverOwner() {
+    RECT around, own;
     ::GetWindowRect(owner_, &around);
-    ::SetWindowPos(handle(), nullptr, (around.left + around.right - width) / 2,
-                   (around.top + around.bottom - height) / 2, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+    ::GetWindowRect(handle(), &own);
+    ::SetWindowPos(handle(), nullptr, (around.left + around.right - (own.right - own.left)) / 2,
+                   (around.top + around.bottom - (own.bottom - own.top)) / 2, 0, 0,
+                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void FAbout::showModal() {
@@ -94,6 +102,13 @@ LRESULT FAbout::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_CLOSE:
             cmdOK_Click();
             return 0;
+        case win32::dpiChanged: {
+            const auto& place = *reinterpret_cast<const RECT*>(lParam);
+            ::SetWindowPos(handle(), nullptr, place.left, place.top, 0, 0,
+                           SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+            layOut(HIWORD(wParam));
+            return 0;
+        }
         case WM_CTLCOLORSTATIC: {
             LRESULT brush = Window::onMessage(message, wParam, lParam);
             if (isLink(reinterpret_cast<HWND>(lParam))) {

@@ -25,7 +25,8 @@ class FAbout : public win32::Window {
 
   private:
     void createControls();
-    void layOut();
+    void layOut(int dpi);
+    void centreOverOwner();
     void cmdOK_Click();
     bool isLink(HWND window) const { return window == lblVisitMardelix_.window(); }
 

@@ -22,8 +22,6 @@ const int footerLeft = 120, footerWidth = 9000, footerHeight = 255;
 
 enum MainControl : int { tsId = 200, lblFooterId = 201 };
 
-const UINT dpiChanged = 0x02E0;  // WM_DPICHANGED, Windows 8.1 and later
-
 const wchar_t* const tabs[][2] = {
     {L"help", L"Help"},
     {L"Run", L"General Startup Programs"},
@@ -82,6 +80,7 @@ FMain::FMain() {
 }
 
 FMain::~FMain() {
+    win32::forgetDpi(handle());
     win32::setWindowErrorSink(nullptr);
     logOfWindowErrors = nullptr;
 }
@@ -92,6 +91,8 @@ void FMain::show() {
 }
 
 void FMain::adoptFont() {
+    // The controls go on drawing with the old font until they have the new one.
+    win32::OwnedFont before = std::move(font_);
     font_ = win32::messageFont(win32::dpiOf(handle()));
     win32::setFont(handle(), font_.get());
 }
@@ -163,11 +164,19 @@ void FMain::Form_Resize() {
     lblFooter_.apply(dpi);
 }
 
-void FMain::onResolutionChanged(const RECT& place) {
+void FMain::onResolutionChanged(int dpi, const RECT& place) {
+    win32::keepDpi(handle(), dpi);
     adoptFont();
     ::SetWindowPos(handle(), nullptr, place.left, place.top, place.right - place.left,
                    place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
     Form_Resize();
+    // A page whose size in pixels has stayed the same was not told to lay itself out again.
+    for (const Page& page : pages_) {
+        RECT client;
+        ::GetClientRect(page.window->handle(), &client);
+        win32::send(page.window->handle(), WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.right, client.bottom));
+    }
+    ::InvalidateRect(handle(), nullptr, TRUE);
 }
 
 void FMain::onCommand(UINT command) {
@@ -220,8 +229,8 @@ LRESULT FMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_SETFOCUS:
             ::SetFocus(lastFocus_ && ::IsWindowVisible(lastFocus_) ? lastFocus_ : ts_.window());
             return 0;
-        case dpiChanged:
-            onResolutionChanged(*reinterpret_cast<const RECT*>(lParam));
+        case win32::dpiChanged:
+            onResolutionChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
             return 0;
         case WM_DESTROY:
             ::PostQuitMessage(0);

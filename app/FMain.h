@@ -46,7 +46,7 @@ class FMain : public win32::Window {
     void Form_Resize();
     void mnuRefresh_Click();
     void onCommand(UINT command);
-    void onResolutionChanged(const RECT& place);
+    void onResolutionChanged(int dpi, const RECT& place);
     void adoptFont();
 
     // Backup and restore (backup.cpp).

@@ -29,14 +29,20 @@ enum ContextCommand : UINT { mnuDelete = 1, mnuProperties };
 }  // namespace
 
 StartupListControl::StartupListControl(HWND parent, const wchar_t* controlName, const PageDesign& design)
-    : TabPage(parent, controlName),
-      design_(design),
-      il_(win32::loadImages(RESOURCE_STATE_IMAGES, iconWidth, silver)) {
+    : TabPage(parent, controlName), design_(design) {
     lv_.create(handle(), lvId);
-    lv_.setImages(il_.get());
+    adoptResolution(win32::dpiOf(handle()));
     for (int column : {0, 1}) lv_.addColumn(column, design.columns[column]);
     layout_.create(handle(), design, lv_);
     lvKeys_.listen(lv_.window(), [this](UINT key, unsigned modifiers) { lv_KeyUp(key, modifiers); });
+}
+
+void StartupListControl::adoptResolution(int dpi) {
+    if (dpi == imagesDpi_) return;
+    win32::OwnedImageList images = win32::loadImages(RESOURCE_STATE_IMAGES, iconWidth, silver, dpi);
+    lv_.setImages(images.get());
+    il_ = std::move(images);
+    imagesDpi_ = dpi;
 }
 
 std::wstring StartupListControl::source(const wchar_t* procedure) const {
@@ -192,9 +198,12 @@ LRESULT StartupListControl::onNotify(const NMHDR& notification) {
 
 LRESULT StartupListControl::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
     switch (message) {
-        case WM_SIZE:
-            layout_.resize(LOWORD(lParam), HIWORD(lParam), win32::dpiOf(handle()));
+        case WM_SIZE: {
+            const int dpi = win32::dpiOf(handle());
+            adoptResolution(dpi);
+            layout_.resize(LOWORD(lParam), HIWORD(lParam), dpi);
             return 0;
+        }
         case WM_NOTIFY:
             return onNotify(*reinterpret_cast<const NMHDR*>(lParam));
         case WM_COMMAND:

@@ -76,6 +76,7 @@ class StartupListControl : public win32::TabPage {
 
   private:
     LRESULT onNotify(const NMHDR& notification);
+    void adoptResolution(int dpi);
     void fillList();
     int rowToSelect(const StartupItem* selectedBefore) const;
 
@@ -93,6 +94,7 @@ class StartupListControl : public win32::TabPage {
 
     win32::ListView lv_;
     win32::OwnedImageList il_;
+    int imagesDpi_ = 0;
     PageLayout layout_;
     ValueEmphasis emphasis_;
     win32::KeyReleases lvKeys_;

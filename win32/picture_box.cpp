@@ -68,6 +68,10 @@ LRESULT PictureBox::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case WM_PAINT:
             paint();
             return 0;
+        case WM_SIZE:
+            // What is kept of the smaller or larger picture would stay beside the new one.
+            ::InvalidateRect(handle(), nullptr, TRUE);
+            return 0;
         case WM_LBUTTONDBLCLK:
             if (doubleClick_) doubleClick_();
             return 0;

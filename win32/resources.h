@@ -17,7 +17,8 @@ struct ImageListTraits : NullIsNone<HIMAGELIST> {
 };
 using OwnedImageList = Owned<ImageListTraits>;
 
-// A strip of pictures from a bitmap resource, `width` pixels each; the mask colour is transparent.
-OwnedImageList loadImages(int resource, int width, COLORREF mask);
+// A strip of pictures from a bitmap resource, `width` pixels each at 96 pixels per inch and as much larger as
+// the resolution is; the mask colour is transparent.
+OwnedImageList loadImages(int resource, int width, COLORREF mask, int dpi);
 
 }  // namespace win32

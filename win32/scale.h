@@ -5,8 +5,16 @@
 
 namespace win32 {
 
-// Pixels per inch of the window's monitor (Windows 10), or of the screen on older systems.
+// WM_DPICHANGED, Windows 8.1 and later: the new resolution in both words of wParam, in lParam the rectangle
+// that the window is to take.
+constexpr UINT dpiChanged = 0x02E0;
+
+// Pixels per inch of the monitor that the window is on (Windows 8.1 on), or of the screen on older systems.
+// Of a window that has been told its resolution, and of everything in it, that one.
 int dpiOf(HWND window);
+// Keeps what a top-level window was told by dpiChanged, until it is forgotten.
+void keepDpi(HWND topLevel, int dpi);
+void forgetDpi(HWND topLevel);
 // Pixels per inch that the system's own measures, such as font heights, are given in.
 int systemDpi();
 
