@@ -16,6 +16,9 @@ import sys
 from pathlib import Path
 
 TOP = Path(__file__).resolve().parent.parent
+sys.path.insert(0, str(TOP / 'tests' / 'windows98'))
+from libraries import exported  # noqa: E402
+
 DATA = TOP / 'tests' / 'data'
 PROGRAM = ('Quillon.exe', 'Helmkit.dll', 'QLNCustom.dll')
 SOURCES = ('app', 'files', 'helmkit', 'plugin', 'startup', 'support', 'win32')
@@ -27,14 +30,7 @@ def meaningful_lines(name):
 
 def windows_98():
     """(library, function) to True for one that works, False for one that only exists."""
-    functions, library = {}, None
-    for line in meaningful_lines('windows98-imports.txt'):
-        if line.startswith('['):
-            library = line.strip('[]')
-        else:
-            name, _, fails = line.partition(' ')
-            functions[library, name] = not fails
-    return functions
+    return {(library, name): works for library, functions in exported().items() for name, works in functions.items()}
 
 
 def version(text):

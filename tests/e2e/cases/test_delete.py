@@ -95,6 +95,21 @@ class Deleting(Case):
         self.answer(DENIED, 'OK')
         wait_for(lambda: self.names() == [], 'the empty list')
 
+    def test_a_name_that_the_code_page_lacks(self):
+        """Windows 98 calls it by the name of the other value, so neither is touched there."""
+        foreign, shown = ('Ж', 'Ж') if self.family.is_nt else ('Ж', '?')
+        self.add_run('?', 'C:\\nowhere\\real.exe')
+        self.add_run(foreign, 'C:\\nowhere\\foreign.exe')
+        program = self.start()
+        self.assertEqual(self.names(), ['?', shown])
+        program.select('ucRun1', shown, occurrence=int(not self.family.is_nt))
+        program.press_button('ucRun1')
+        self.answer(question(shown), 'OK')
+        self.answer("'Ж' is deleted from startup successfully. " if self.family.is_nt else DENIED, 'OK')
+        self.settle()
+        left = ['?'] if self.family.is_nt else ['?', foreign]
+        self.assertEqual(list(self.probe.values('HKLM', RUN)), left)
+
     def test_without_a_selection_nothing_happens(self):
         program = self.start()
         self.assertEqual(self.names(), [])
