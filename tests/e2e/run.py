@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Runs the end-to-end cases:  run.py [--jobs N] [--walk] [-k PATTERN] [ARCHITECTURE:FAMILY[:WAY] ...]
 
-Without a choice every build is tried in every Windows family that it is for, two at a time, each with a display
-of its own. The way is one of harness/windows98.py. --walk takes the one walk through everything that stands in
+Without a choice every build is tried in every Windows family that it is for, each with a display of its own, four at
+a time since they mostly wait. The way is one of harness/windows98.py. --walk takes the one walk through everything that stands in
 walk/ in place of the cases. The last line is `N passed, N failed, N skipped`.
 """
 import argparse
@@ -102,7 +102,7 @@ def sweep():
 def main():
     arguments = argparse.ArgumentParser()
     arguments.add_argument('--here', action='store_true', help=argparse.SUPPRESS)
-    arguments.add_argument('--jobs', type=int, default=2)
+    arguments.add_argument('--jobs', type=int, default=4)
     arguments.add_argument('--walk', action='store_true')
     arguments.add_argument('-k', dest='pattern')
     arguments.add_argument('combinations', nargs='*', metavar='ARCHITECTURE:FAMILY[:WAY]')
