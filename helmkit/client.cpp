@@ -5,6 +5,7 @@ namespace helmkit {
 using win32::BString;
 using win32::check;
 using win32::ComPtr;
+using win32::InString;
 using win32::Variant;
 
 namespace {
@@ -38,13 +39,13 @@ Logger Logger::create() {
 void Logger::OpenLogs(const std::wstring& fullLog, const std::wstring& shortLog) const {
     auto writer = object_.as<ILogWriter>(IID_ILogWriter);
     if (!writer) win32::raise(E_NOINTERFACE, L"The logger opens no logs");
-    check(writer->OpenLogs(BString(fullLog).get(), BString(shortLog).get()));
+    check(writer->OpenLogs(InString(fullLog).get(), InString(shortLog).get()));
 }
 
 void Logger::WriteLog(LONG code, const std::wstring& text, LONG level, const std::wstring& source) const {
     if (!object_) win32::raise(E_POINTER, L"There is no logger");
     if (auto writer = object_.as<ILogWriter>(IID_ILogWriter)) {
-        check(writer->WriteLog(code, BString(text).get(), level, BString(source).get()));
+        check(writer->WriteLog(code, InString(text).get(), level, InString(source).get()));
         return;
     }
     Variant arguments[] = {Variant(code), Variant(text), Variant(level), Variant(source)};
@@ -58,7 +59,7 @@ RegistryAccess::Value RegistryAccess::ReadValue(LONG hive, const std::wstring& k
                                                 const std::wstring& valueName) {
     Value value;
     BString data;
-    check(object_->ReadValue(hive, BString(keyPath).get(), BString(valueName).get(), data.out(),
+    check(object_->ReadValue(hive, InString(keyPath).get(), InString(valueName).get(), data.out(),
                              &value.status));
     value.data = data.text();
     return value;
@@ -66,39 +67,39 @@ RegistryAccess::Value RegistryAccess::ReadValue(LONG hive, const std::wstring& k
 
 LONG RegistryAccess::ValueType(LONG hive, const std::wstring& keyPath, const std::wstring& valueName) {
     LONG type = -1;
-    check(object_->ValueType(hive, BString(keyPath).get(), BString(valueName).get(), &type));
+    check(object_->ValueType(hive, InString(keyPath).get(), InString(valueName).get(), &type));
     return type;
 }
 
 LONG RegistryAccess::WriteValue(LONG hive, const std::wstring& keyPath, const std::wstring& valueName,
                                 const std::wstring& data) {
     LONG status = 0;
-    check(object_->WriteValue(hive, BString(keyPath).get(), BString(valueName).get(), BString(data).get(),
+    check(object_->WriteValue(hive, InString(keyPath).get(), InString(valueName).get(), InString(data).get(),
                               &status));
     return status;
 }
 
 LONG RegistryAccess::DeleteValue(LONG hive, const std::wstring& keyPath, const std::wstring& valueName) {
     LONG status = 0;
-    check(object_->DeleteValue(hive, BString(keyPath).get(), BString(valueName).get(), &status));
+    check(object_->DeleteValue(hive, InString(keyPath).get(), InString(valueName).get(), &status));
     return status;
 }
 
 LONG RegistryAccess::DeleteKey(LONG hive, const std::wstring& keyPath) {
     LONG status = 0;
-    check(object_->DeleteKey(hive, BString(keyPath).get(), &status));
+    check(object_->DeleteKey(hive, InString(keyPath).get(), &status));
     return status;
 }
 
 std::vector<std::wstring> RegistryAccess::EnumSubkeys(LONG hive, const std::wstring& keyPath) {
     ComPtr<IKeyedList> names;
-    check(object_->EnumSubkeys(hive, BString(keyPath).get(), names.out()));
+    check(object_->EnumSubkeys(hive, InString(keyPath).get(), names.out()));
     return texts(names);
 }
 
 std::vector<std::wstring> RegistryAccess::EnumValues(LONG hive, const std::wstring& keyPath) {
     ComPtr<IKeyedList> names;
-    check(object_->EnumValues(hive, BString(keyPath).get(), names.out()));
+    check(object_->EnumValues(hive, InString(keyPath).get(), names.out()));
     return texts(names);
 }
 
@@ -114,47 +115,47 @@ std::wstring RegistryAccess::ExportKey(LONG hive, const std::wstring& keyPath) {
 std::wstring RegistryAccess::ExportValue(LONG hive, const std::wstring& keyPath,
                                          const std::wstring& valueName) {
     BString text;
-    check(object_->ExportValue(hive, BString(keyPath).get(), BString(valueName).get(), text.out()));
+    check(object_->ExportValue(hive, InString(keyPath).get(), InString(valueName).get(), text.out()));
     return text.text();
 }
 
 FileServices::FileServices() : object_(win32::create<IFileServices>(CLSID_FileServices, IID_IFileServices)) {}
 
 void FileServices::CreateFolder(const std::wstring& path) {
-    check(object_->CreateFolder(BString(path).get()));
+    check(object_->CreateFolder(InString(path).get()));
 }
 
 bool FileServices::FileExists(const std::wstring& path) {
     VARIANT_BOOL exists = VARIANT_FALSE;
-    check(object_->FileExists(BString(path).get(), &exists));
+    check(object_->FileExists(InString(path).get(), &exists));
     return exists != VARIANT_FALSE;
 }
 
-std::wstring FileServices::ReadTextFile(const std::wstring& path) {
+BString FileServices::ReadTextFile(const std::wstring& path) {
     BString text;
-    check(object_->ReadTextFile(BString(path).get(), text.out()));
-    return text.text();
+    check(object_->ReadTextFile(InString(path).get(), text.out()));
+    return text;
 }
 
 void FileServices::WriteTextFile(const std::wstring& path, const std::wstring& text) {
-    check(object_->WriteTextFile(BString(path).get(), BString(text).get()));
+    check(object_->WriteTextFile(InString(path).get(), InString(text).get()));
 }
 
 FileServices::Bytes FileServices::ReadFileBytes(const std::wstring& path) {
     Bytes bytes;
-    check(object_->ReadFileBytes(BString(path).get(), &bytes.array));
+    check(object_->ReadFileBytes(InString(path).get(), &bytes.array));
     return bytes;
 }
 
 bool VersionInfo::Exists(const std::wstring& name) const {
     VARIANT_BOOL present = VARIANT_FALSE;
-    check(object_->Exists(BString(name).get(), &present));
+    check(object_->Exists(InString(name).get(), &present));
     return present != VARIANT_FALSE;
 }
 
 std::wstring VersionInfo::Item(const std::wstring& name) const {
     BString text;
-    check(object_->get_Item(BString(name).get(), text.out()));
+    check(object_->get_Item(InString(name).get(), text.out()));
     return text.text();
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -77,7 +78,8 @@ class FileServices {
 
     void CreateFolder(const std::wstring& path);
     bool FileExists(const std::wstring& path);
-    std::wstring ReadTextFile(const std::wstring& path);
+    // One character for each byte.
+    win32::BString ReadTextFile(const std::wstring& path);
     void WriteTextFile(const std::wstring& path, const std::wstring& text);
     // The file's bytes in a safe array that the caller owns; empty when the file cannot be read.
     struct Bytes {
@@ -145,8 +147,8 @@ class KeyedList {
     KeyedList();
     // Under a key that is present the first item stays.
     void Add(const std::wstring& item, const std::wstring& key);
-    // The text under the key, null when there is none. Keys are case-sensitive.
-    std::unique_ptr<std::wstring> find(const std::wstring& key) const;
+    // The text under the key, none when there is none. Keys are case-sensitive.
+    std::optional<std::wstring> find(const std::wstring& key) const;
 
   private:
     win32::ComPtr<IKeyedList> object_;

@@ -5,21 +5,23 @@ namespace helmkit {
 using win32::BString;
 using win32::check;
 using win32::ComPtr;
+using win32::InString;
 using win32::Variant;
 
 KeyedList::KeyedList() : object_(win32::create<IKeyedList>(CLSID_KeyedList, IID_IKeyedList)) {}
 
 void KeyedList::Add(const std::wstring& item, const std::wstring& key) {
-    check(object_->Add(Variant(item), BString(key).get()));
+    check(object_->Add(InString(item).variant(), InString(key).get()));
 }
 
-std::unique_ptr<std::wstring> KeyedList::find(const std::wstring& key) const {
+std::optional<std::wstring> KeyedList::find(const std::wstring& key) const {
+    InString asked(key);
     VARIANT_BOOL present = VARIANT_FALSE;
-    check(object_->Exists(BString(key).get(), &present));
-    if (present == VARIANT_FALSE) return nullptr;
+    check(object_->Exists(asked.get(), &present));
+    if (present == VARIANT_FALSE) return {};
     Variant item;
-    check(object_->get_Item(Variant(key), item.out()));
-    return std::make_unique<std::wstring>(BString::view(item.bstrVal));
+    check(object_->get_Item(asked.variant(), item.out()));
+    return std::wstring(BString::view(item.bstrVal));
 }
 
 std::wstring Record::Name() const {
@@ -29,20 +31,20 @@ std::wstring Record::Name() const {
 }
 
 void Record::SetName(const std::wstring& name) {
-    check(object_->SetName(BString(name).get()));
+    check(object_->SetName(InString(name).get()));
 }
 
 void Record::SetField(const std::wstring& name, const std::wstring& value) {
-    check(object_->SetField(BString(name).get(), Variant(value)));
+    check(object_->SetField(InString(name).get(), InString(value).variant()));
 }
 
 void Record::SetField(const std::wstring& name, LONG value) {
-    check(object_->SetField(BString(name).get(), Variant(value)));
+    check(object_->SetField(InString(name).get(), Variant(value)));
 }
 
 Variant Record::value(const std::wstring& name) const {
     ComPtr<IField> field;
-    check(object_->Field(BString(name).get(), field.out()));
+    check(object_->Field(InString(name).get(), field.out()));
     Variant value;
     check(field->get_Value(value.out()));
     return value;

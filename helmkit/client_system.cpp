@@ -5,6 +5,7 @@ namespace helmkit {
 using win32::BString;
 using win32::check;
 using win32::ComPtr;
+using win32::InString;
 using win32::Variant;
 
 namespace {
@@ -31,19 +32,19 @@ SystemServices::SystemServices()
 std::wstring SystemServices::FormatMessage(const std::wstring& text,
                                            const std::vector<std::wstring>& arguments) {
     BString result;
-    check(object_->FormatMessage(BString(text).get(), arrayOf(arguments), result.out()));
+    check(object_->FormatMessage(InString(text).get(), arrayOf(arguments), result.out()));
     return result.text();
 }
 
 std::wstring SystemServices::ExpandEnvironment(const std::wstring& text) {
     BString result;
-    check(object_->ExpandEnvironment(BString(text).get(), result.out()));
+    check(object_->ExpandEnvironment(InString(text).get(), result.out()));
     return result.text();
 }
 
 VersionInfo SystemServices::GetFileVersionInfo(const std::wstring& path) {
     ComPtr<IVersionInfo> info;
-    check(object_->GetFileVersionInfo(BString(path).get(), info.out()));
+    check(object_->GetFileVersionInfo(InString(path).get(), info.out()));
     return VersionInfo(info);
 }
 
@@ -83,19 +84,19 @@ std::wstring SystemServices::GetTempFolder() {
 
 std::wstring SystemServices::GetTempFileName(const std::wstring& prefix) {
     BString path;
-    check(object_->GetTempFileName(BString(prefix).get(), path.out()));
+    check(object_->GetTempFileName(InString(prefix).get(), path.out()));
     return path.text();
 }
 
 std::wstring SystemServices::XmlEscape(const std::wstring& text) {
     BString escaped;
-    check(object_->XmlEscape(BString(text).get(), escaped.out()));
+    check(object_->XmlEscape(InString(text).get(), escaped.out()));
     return escaped.text();
 }
 
 std::wstring SystemServices::EncodeBinaryText(const std::wstring& bytes) {
     BString text;
-    check(object_->EncodeBinaryText(BString(bytes).get(), text.out()));
+    check(object_->EncodeBinaryText(InString(bytes).get(), text.out()));
     return text.text();
 }
 

@@ -35,8 +35,8 @@ STDMETHODIMP Field::get_Item(LONG position, VARIANT* value) {
 
 STDMETHODIMP Field::get_Value(VARIANT* value) {
     return method([&] {
-        auto values = record_->valuesOf(name_);
-        copyTo(value, values.empty() ? win32::Variant() : *values.front());
+        const VARIANT* first = record_->firstValueOf(name_);
+        copyTo(value, first ? *first : win32::Variant());
     });
 }
 

@@ -44,6 +44,21 @@ class ByteArray {
     SAFEARRAY* array_;
 };
 
+// Each byte as a character. The bytes are read into the upper half of the text's own room and widened from
+// its beginning on, where no byte is overwritten before its turn.
+win32::BString readText(const std::wstring& path) {
+    win32::FileReader file(path);
+    // Twice the size is to fit into a text, whose length in bytes is a 32-bit number.
+    if (file.size() > 0x3FFFFFFF) win32::raiseWin32(ERROR_FILE_TOO_LARGE, path);
+    const size_t size = static_cast<size_t>(file.size());
+    win32::BString text = win32::BString::ofLength(size);
+    auto* bytes = reinterpret_cast<unsigned char*>(text.get()) + size;
+    const size_t got = file.read(bytes, size);
+    for (size_t i = 0; i < got; ++i) text.get()[i] = bytes[i];
+    if (got == size) return text;
+    return win32::BString(win32::BString::view(text.get()).substr(0, got));
+}
+
 SAFEARRAY* readBytes(const std::wstring& path) {
     win32::FileReader file(path);
     if (file.size() > 0x7FFFFFFF) win32::raiseWin32(ERROR_FILE_TOO_LARGE, path);
@@ -67,10 +82,7 @@ STDMETHODIMP FileServices::FileExists(BSTR path, VARIANT_BOOL* exists) {
 STDMETHODIMP FileServices::ReadTextFile(BSTR path, BSTR* text) {
     return method([&] {
         win32::result(text);
-        std::string bytes = win32::readFile(textOf(path));
-        std::wstring characters(bytes.size(), L'\0');
-        for (size_t i = 0; i < bytes.size(); ++i) characters[i] = static_cast<unsigned char>(bytes[i]);
-        *text = win32::BString(characters).release();
+        *text = readText(textOf(path)).release();
     });
 }
 

@@ -13,14 +13,15 @@ win32::Variant copyOf(const VARIANT& value) {
 
 }  // namespace
 
-void KeyedList::append(const std::wstring& name) {
-    entries_.push_back({name, win32::Variant(name)});
+void KeyedList::append(std::wstring name) {
+    win32::Variant item(name);
+    entries_.push_back({std::move(name), std::move(item)});
 }
 
 STDMETHODIMP KeyedList::Add(VARIANT item, BSTR key) {
     return method([&] {
-        std::wstring text(win32::BString::view(key));
-        if (!find(text)) entries_.push_back({text, copyOf(item)});
+        std::wstring_view text = win32::BString::view(key);
+        if (!find(text)) entries_.push_back({std::wstring(text), copyOf(item)});
     });
 }
 
@@ -53,17 +54,20 @@ win32::Variant KeyedList::itemAt(LONG position) {
 const KeyedList::Entry* KeyedList::find(std::wstring_view key) {
     // The first of several equal keys stays.
     for (; indexed_ < entries_.size(); ++indexed_) index_.emplace(entries_[indexed_].key, indexed_);
-    auto found = index_.find(std::wstring(key));
+    auto found = index_.find(key);
     return found == index_.end() ? nullptr : &entries_[found->second];
 }
 
+const KeyedList::Entry& KeyedList::entryOf(std::wstring_view key) {
+    const Entry* entry = find(key);
+    if (!entry) win32::raise(E_INVALIDARG, L"The list has no item of that key");
+    return *entry;
+}
+
 const KeyedList::Entry& KeyedList::entryOf(const VARIANT& keyOrPosition) {
+    if (keyOrPosition.vt == VT_BSTR) return entryOf(win32::BString::view(keyOrPosition.bstrVal));
     win32::Variant asked = copyOf(keyOrPosition);
-    if (asked.vt == VT_BSTR) {
-        const Entry* entry = find(win32::BString::view(asked.bstrVal));
-        if (!entry) win32::raise(E_INVALIDARG, L"The list has no item of that key");
-        return *entry;
-    }
+    if (asked.vt == VT_BSTR) return entryOf(win32::BString::view(asked.bstrVal));
     win32::check(::VariantChangeType(&asked, &asked, 0, VT_I4));
     if (asked.lVal < 1 || asked.lVal > length()) win32::raise(DISP_E_BADINDEX, L"The list has no item there");
     return entries_[asked.lVal - 1];

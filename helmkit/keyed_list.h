@@ -1,8 +1,9 @@
 #pragma once
 
+#include <deque>
 #include <string>
+#include <string_view>
 #include <unordered_map>
-#include <vector>
 
 #include "helmkit.h"
 #include "helmkit/enum_variant.h"
@@ -14,7 +15,7 @@ namespace helmkit::server {
 class KeyedList : public win32::AutomationObject<IKeyedList, &IID_IKeyedList>, private Sequence {
   public:
     // Appends a name under itself, also one that is listed already: a list of names hides none.
-    void append(const std::wstring& name);
+    void append(std::wstring name);
 
     STDMETHODIMP Add(VARIANT item, BSTR key) override;
     STDMETHODIMP Exists(BSTR key, VARIANT_BOOL* present) override;
@@ -34,12 +35,14 @@ class KeyedList : public win32::AutomationObject<IKeyedList, &IID_IKeyedList>, p
     IUnknown* owner() override { return static_cast<IKeyedList*>(this); }
 
     const Entry* find(std::wstring_view key);
+    const Entry& entryOf(std::wstring_view key);
     const Entry& entryOf(const VARIANT& keyOrPosition);
 
-    std::vector<Entry> entries_;
+    // An entry stays where it is: the index refers to its key.
+    std::deque<Entry> entries_;
     // Of the first `indexed_` entries; the others are put in when a key is looked up, so that a list that is
     // only walked has no index.
-    std::unordered_map<std::wstring, size_t> index_;
+    std::unordered_map<std::wstring_view, size_t> index_;
     size_t indexed_ = 0;
 };
 

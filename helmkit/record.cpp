@@ -30,10 +30,12 @@ STDMETHODIMP Record::get_Name(BSTR* name) {
 STDMETHODIMP Record::SetField(BSTR name, VARIANT value) {
     return method([&] {
         win32::Variant converted = fieldValue(value);
-        const std::wstring* known = &*names_->emplace(win32::BString::view(name)).first;
+        const std::wstring* known = knownName(win32::BString::view(name));
         auto isOfField = [&](const Entry& entry) { return entry.name == known; };
         auto present = std::find_if(entries_.begin(), entries_.end(), isOfField);
         if (present == entries_.end()) {
+            // Startup entries have five to seven fields.
+            if (entries_.empty()) entries_.reserve(7);
             entries_.push_back({known, std::move(converted)});
             return;
         }
@@ -59,6 +61,18 @@ STDMETHODIMP Record::get_Count(LONG* count) {
 
 STDMETHODIMP Record::get__NewEnum(IUnknown** enumerator) {
     return method([&] { win32::result(enumerator) = newEnumerator(*this).release(); });
+}
+
+const std::wstring* Record::knownName(std::wstring_view name) {
+    auto known = names_->find(name);
+    return known == names_->end() ? &*names_->emplace(name).first : &*known;
+}
+
+const VARIANT* Record::firstValueOf(const std::wstring* name) const {
+    for (const Entry& entry : entries_) {
+        if (entry.name == name) return &entry.value;
+    }
+    return nullptr;
 }
 
 std::vector<const VARIANT*> Record::valuesOf(const std::wstring* name) const {

@@ -30,6 +30,7 @@ class Record : public win32::AutomationObject<IRecord, &IID_IRecord>, private Se
 
     // For the fields, which stand for their record's values of one name.
     std::vector<const VARIANT*> valuesOf(const std::wstring* name) const;
+    const VARIANT* firstValueOf(const std::wstring* name) const;  // null when there is none
     void addValue(const std::wstring* name, const VARIANT& value);
 
   private:
@@ -43,6 +44,7 @@ class Record : public win32::AutomationObject<IRecord, &IID_IRecord>, private Se
     win32::Variant itemAt(LONG position) override;
     IUnknown* owner() override { return static_cast<IRecord*>(this); }
 
+    const std::wstring* knownName(std::wstring_view name);
     std::vector<const std::wstring*> fieldNames() const;
     win32::ComPtr<IField> newField(const std::wstring* name);
 

@@ -46,10 +46,9 @@ STDMETHODIMP RegistryAccess::ReadValue(LONG hive, BSTR keyPath, BSTR valueName, 
     return method([&] {
         win32::result(data);
         win32::result(status);
-        win32::RegistryValue value;
-        LONG error = query(hive, keyPath, valueName, value);
+        LONG error = query(hive, keyPath, valueName);
         if (error && !isMissing(error)) win32::raiseWin32(error, textOf(keyPath));
-        ValueText text = error ? ValueText{{}, readStatus(error)} : textOfValue(value.type, value.data);
+        ValueText text = error ? ValueText{{}, readStatus(error)} : textOfValue(value_.type, value_.data);
         *data = win32::BString(text.text).release();
         *status = text.status;
     });
@@ -104,30 +103,30 @@ STDMETHODIMP RegistryAccess::ExportValue(LONG hive, BSTR keyPath, BSTR valueName
 STDMETHODIMP RegistryAccess::ValueType(LONG hive, BSTR keyPath, BSTR valueName, LONG* type) {
     return method([&] {
         win32::result(type) = -1;
-        win32::RegistryValue value;
-        LONG error = query(hive, keyPath, valueName, value);
+        LONG error = query(hive, keyPath, valueName);
         if (error && !isMissing(error)) win32::raiseWin32(error, textOf(keyPath));
-        if (!error) *type = static_cast<LONG>(value.type);
+        if (!error) *type = static_cast<LONG>(value_.type);
     });
 }
 
-LONG RegistryAccess::openForReading(HKEY hive, const std::wstring& path) {
+LONG RegistryAccess::openForReading(HKEY hive, std::wstring_view path) {
     if (key_ && hive == keyHive_ && path == keyPath_) return ERROR_SUCCESS;
     keyHive_ = hive;
     keyPath_ = path;
-    return key_.open(hive, path, KEY_READ);
+    return key_.open(hive, keyPath_, KEY_READ);
 }
 
-LONG RegistryAccess::query(LONG hive, BSTR keyPath, BSTR valueName, win32::RegistryValue& value) {
+LONG RegistryAccess::query(LONG hive, BSTR keyPath, BSTR valueName) {
     HKEY root = hiveOf(hive);
-    std::wstring path = textOf(keyPath), name = textOf(valueName);
+    std::wstring_view path = win32::BString::view(keyPath);
+    name_ = win32::BString::view(valueName);
     LONG error = openForReading(root, path);
-    if (!error) error = key_.query(name, value);
+    if (!error) error = key_.query(name_, value_);
     if (error != ERROR_KEY_DELETED) return error;
     // Somebody deleted the key, and may have made it again, since it was opened.
     forgetKey();
     error = openForReading(root, path);
-    return error ? error : key_.query(name, value);
+    return error ? error : key_.query(name_, value_);
 }
 
 void RegistryAccess::listNames(LONG hive, BSTR keyPath, IKeyedList** names, ListNames list) {
@@ -138,7 +137,7 @@ void RegistryAccess::listNames(LONG hive, BSTR keyPath, IKeyedList** names, List
     if (!error) error = list(key, found);
     if (error && !isMissing(error)) win32::raiseWin32(error, textOf(keyPath));
     auto made = win32::ComPtr<KeyedList>::adopt(new KeyedList());
-    for (const std::wstring& name : found) made->append(name);
+    for (std::wstring& name : found) made->append(std::move(name));
     *names = made.release();
 }
 

@@ -25,8 +25,9 @@ class RegistryAccess : public win32::AutomationObject<IRegistryAccess, &IID_IReg
   private:
     using ListNames = LONG (*)(const win32::RegistryKey&, std::vector<std::wstring>&);
 
-    LONG openForReading(HKEY hive, const std::wstring& path);
-    LONG query(LONG hive, BSTR keyPath, BSTR valueName, win32::RegistryValue& value);
+    LONG openForReading(HKEY hive, std::wstring_view path);
+    // Reads into value_.
+    LONG query(LONG hive, BSTR keyPath, BSTR valueName);
     void listNames(LONG hive, BSTR keyPath, IKeyedList** names, ListNames list);
     void forgetKey() { key_.close(); }
 
@@ -34,6 +35,9 @@ class RegistryAccess : public win32::AutomationObject<IRegistryAccess, &IID_IReg
     win32::RegistryKey key_;
     HKEY keyHive_ = nullptr;
     std::wstring keyPath_;
+    // Of the last query: their room is used again.
+    std::wstring name_;
+    win32::RegistryValue value_;
 };
 
 }  // namespace helmkit::server

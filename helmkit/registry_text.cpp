@@ -1,5 +1,7 @@
 #include "helmkit/registry_text.h"
 
+#include <algorithm>
+
 #include "win32/utf16_bytes.h"
 
 namespace helmkit {
@@ -42,7 +44,8 @@ std::wstring hexBytes(std::string_view data) {
 ValueText textOfValue(uint32_t type, std::string_view data) {
     if (type == typeString || type == typeExpandString) {
         std::wstring units = win32::unitsOf(data);
-        return {units.substr(0, units.find(L'\0')), 0};
+        units.resize(std::min(units.size(), units.find(L'\0')));
+        return {std::move(units), 0};
     }
     if (type == typeMultiString) return {joinedStrings(win32::unitsOf(data)), 0};
     bool isNumber = ((type == typeNumber || type == typeBigEndianNumber) && data.size() == 4) ||

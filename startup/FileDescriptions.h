@@ -1,9 +1,9 @@
 // What a refresh knows of the files that entries start: their full names and their version strings.
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
+#include <unordered_map>
 
 #include "files/CFileChecker.h"
 #include "helmkit/client.h"
@@ -40,7 +40,7 @@ class FileDescriptions {
 
   private:
     files::CFileChecker checker_;
-    std::map<std::wstring, FileDescription> known_;
+    std::unordered_map<std::wstring, FileDescription> known_;
 };
 
 }  // namespace startup

@@ -188,6 +188,8 @@ LRESULT StartupListControl::onNotify(const NMHDR& notification) {
         bool selectionChanged = (change.uOldState ^ change.uNewState) & LVIS_SELECTED;
         if ((change.uChanged & LVIF_STATE) && selectionChanged) lv_ItemClick();
     }
+    // The rows are our own: no need to hear of each that goes.
+    if (notification.code == static_cast<UINT>(LVN_DELETEALLITEMS)) return TRUE;
     // The control keeps the release of the right button to itself and tells a click instead.
     if (notification.code == static_cast<UINT>(NM_CUSTOMDRAW) && design_.emphasizesValues) {
         return emphasis_.onCustomDraw(lv_, notification, imageOf(icon::exclamation));

@@ -16,35 +16,48 @@ bool isLineEnd(wchar_t c) {
     return c == L'\r' || c == L'\n';
 }
 
+bool beginsWith(std::wstring_view line, std::wstring_view key) {
+    return line.size() >= key.size() &&
+           std::equal(key.begin(), key.end(), line.begin(),
+                      [](wchar_t expected, wchar_t c) { return expected == lowerLetter(c); });
+}
+
 }  // namespace
 
-std::vector<std::wstring> iniLines(const std::wstring& text) {
-    std::vector<std::wstring> lines;
-    size_t start = 0;
-    for (size_t at = 0; at < text.size(); ++at) {
-        if (!isLineEnd(text[at])) continue;
-        lines.push_back(text.substr(start, at - start));
-        if (at + 1 < text.size() && isLineEnd(text[at + 1])) ++at;
-        start = at + 1;
+bool IniLines::next(std::wstring_view& line) {
+    if (rest_.empty()) return false;
+    size_t end = 0;
+    while (end < rest_.size() && !isLineEnd(rest_[end])) ++end;
+    line = rest_.substr(0, end);
+    if (end < rest_.size()) ++end;
+    if (end > line.size() && end < rest_.size() && isLineEnd(rest_[end])) ++end;
+    rest_.remove_prefix(end);
+    return true;
+}
+
+bool isIniLine(std::wstring_view line, std::wstring_view key, std::wstring_view& rest) {
+    line = win32::withoutBlanks(line);
+    if (!beginsWith(line, key)) return false;
+    rest = win32::withoutBlanks(line.substr(key.size()));
+    return true;
+}
+
+std::vector<IniLine> startupLines(std::wstring_view text) {
+    std::vector<IniLine> found;
+    IniLines lines(text);
+    for (std::wstring_view line, rest; lines.next(line);) {
+        for (const wchar_t* key : {L"load=", L"run=", L"shell="}) {
+            if (isIniLine(line, key, rest)) found.push_back({key, std::wstring(rest)});
+        }
     }
-    if (start < text.size()) lines.push_back(text.substr(start));
-    return lines;
+    return found;
 }
 
-bool isIniLine(const std::wstring& line, const std::wstring& key, std::wstring& rest) {
-    const std::wstring trimmed = win32::trimmed(line);
-    if (trimmed.size() < key.size()) return false;
-    bool same = std::equal(key.begin(), key.end(), trimmed.begin(),
-                           [](wchar_t expected, wchar_t c) { return expected == lowerLetter(c); });
-    if (same) rest = win32::trimmed(trimmed.substr(key.size()));
-    return same;
-}
-
-std::wstring withLinesReplaced(const std::wstring& text, const std::wstring& key,
-                               const std::wstring& replacement) {
-    std::wstring result, rest;
+std::wstring withLinesReplaced(std::wstring_view text, std::wstring_view key, std::wstring_view replacement) {
+    std::wstring result;
     result.reserve(text.size() + text.size() / 32);
-    for (const std::wstring& line : iniLines(text)) {
+    IniLines lines(text);
+    for (std::wstring_view line, rest; lines.next(line);) {
         result += isIniLine(line, key, rest) ? replacement : line;
         result += L"\r\n";
     }

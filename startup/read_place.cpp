@@ -1,6 +1,5 @@
 #include "files/windows_folders.h"
 #include "startup/StartupItem.h"
-#include "startup/ini_lines.h"
 #include "startup/special_places.h"
 #include "win32/folders.h"
 #include "win32/text.h"
@@ -27,15 +26,12 @@ PlaceState readRegistryValue(helmkit::RegistryAccess& registry, const SpecialPla
 
 // Lines count in whatever section they stand. A place with a default ("shell=") is listed even for an empty
 // line; its first changed line decides, else its last. One without is listed for its first line with a value.
-PlaceState readIniLine(const SpecialPlace& place, const std::wstring& winDir) {
+PlaceState readIniLine(IniFiles& iniFiles, const SpecialPlace& place, const std::wstring& winDir) {
     PlaceState state;
-    std::wstring rest;
-    const std::wstring file = winDir + place.location;
-    if (!helmkit::fileServices().FileExists(file)) return state;
-    for (const std::wstring& line : iniLines(helmkit::fileServices().ReadTextFile(file))) {
-        if (!isIniLine(line, place.name, rest)) continue;
-        if (rest.empty() && !place.hasDefault) continue;
-        std::wstring value = win32::fromAnsi(win32::textAsBytes(rest));
+    for (const IniLine& line : iniFiles.startupLinesOf(winDir + place.location)) {
+        if (line.key != place.name) continue;
+        if (line.rest.empty() && !place.hasDefault) continue;
+        std::wstring value = win32::fromAnsi(win32::textAsBytes(line.rest));
         state = {true, iconOf(place, value), value};
         if (state.icon == icon::exclamation) break;
     }
@@ -64,13 +60,13 @@ std::wstring startupFolder(helmkit::RegistryAccess& registry, const SpecialPlace
     return folder.empty() ? registry.ReadValue(place.hive, userShellFoldersKey, place.name).data : folder;
 }
 
-PlaceState readPlace(helmkit::RegistryAccess& registry, const SpecialPlace& place,
+PlaceState readPlace(helmkit::RegistryAccess& registry, IniFiles& iniFiles, const SpecialPlace& place,
                      const std::wstring& winDir) {
     switch (place.kind) {
         case PlaceKind::registryValue:
             return readRegistryValue(registry, place);
         case PlaceKind::iniLine:
-            return readIniLine(place, winDir);
+            return readIniLine(iniFiles, place, winDir);
         case PlaceKind::runOnceEx:
             return readRunOnceEx(registry, place);
         case PlaceKind::startupFolder:

@@ -25,9 +25,10 @@ void restoreRegistryValue(helmkit::RegistryAccess& registry, const SpecialPlace&
 
 void restoreIniLine(const SpecialPlace& place, const std::wstring& winDir) {
     const std::wstring file = winDir + place.location;
-    const std::wstring text = helmkit::fileServices().ReadTextFile(file);
+    const win32::BString text = helmkit::fileServices().ReadTextFile(file);
     helmkit::fileServices().WriteTextFile(
-        file, withLinesReplaced(text, place.name, place.name + place.restoredValue));
+        file,
+        withLinesReplaced(win32::BString::view(text.get()), place.name, place.name + place.restoredValue));
 }
 
 void clearRunOnceEx(helmkit::RegistryAccess& registry, const SpecialPlace& place) {

@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "helmkit/client.h"
+#include "startup/IniFiles.h"
 
 namespace startup {
 
@@ -35,7 +36,7 @@ const int firstPlace = 1;
 // The places are counted from 1 to 18. The folders are lower-cased and end in a backslash.
 std::vector<SpecialPlace> specialPlaces(const std::wstring& sysDir);
 
-PlaceState readPlace(helmkit::RegistryAccess& registry, const SpecialPlace& place,
+PlaceState readPlace(helmkit::RegistryAccess& registry, IniFiles& iniFiles, const SpecialPlace& place,
                      const std::wstring& winDir);
 
 // Puts the default back at one of the places 1 to 16; throws when Windows refuses.

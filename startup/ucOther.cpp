@@ -30,9 +30,10 @@ void ucOther::EnumItems(StartupItemList& list) {
         files::GetWindowsFolders(winDir_, sysDir);
         places_ = specialPlaces(sysDir);
         helmkit::RegistryAccess registry;
+        IniFiles iniFiles;
         for (size_t i = 0; i < places_.size(); ++i) {
             trapped(L".EnumItems", [&] {
-                PlaceState state = readPlace(registry, places_[i], winDir_);
+                PlaceState state = readPlace(registry, iniFiles, places_[i], winDir_);
                 if (!state.listed) return;
                 StartupItem item = list.AddRecord();
                 item.SetName(places_[i].description);

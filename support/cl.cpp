@@ -37,7 +37,7 @@ std::wstring temporaryFolder() {
 }
 
 std::wstring encodedFile(const std::wstring& path) {
-    return helmkit::systemServices().EncodeBinaryText(helmkit::fileServices().ReadTextFile(path));
+    return helmkit::systemServices().EncodeBinaryText(helmkit::fileServices().ReadTextFile(path).text());
 }
 
 bool isAccepted(LONG status) {

@@ -75,6 +75,13 @@ class BString {
         : text_(::SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
         if (!text_) throw Error(E_OUTOFMEMORY, L"Out of memory");
     }
+    // For a caller that writes the characters itself.
+    static BString ofLength(size_t length) {
+        BString text;
+        text.text_ = ::SysAllocStringLen(nullptr, static_cast<UINT>(length));
+        if (!text.text_) throw Error(E_OUTOFMEMORY, L"Out of memory");
+        return text;
+    }
     BString(BString&& other) noexcept : text_(other.release()) {}
     BString& operator=(BString&& other) noexcept {
         std::swap(text_, other.text_);
@@ -96,6 +103,41 @@ class BString {
 
   private:
     BSTR text_ = nullptr;
+};
+
+// A text for [in] arguments, valid while the object is: the callee may read and copy it, no more. A short one
+// is laid out on the stack as a BSTR is, its size in bytes before it: a list of thousands of rows would
+// otherwise spend most of its time on the heap.
+class InString {
+  public:
+    explicit InString(std::wstring_view text) {
+        if (text.size() > room) {
+            long_ = BString(text);
+            return;
+        }
+        short_.size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
+        text.copy(short_.text, text.size());
+        short_.text[text.size()] = L'\0';
+    }
+    InString(const InString&) = delete;
+    InString& operator=(const InString&) = delete;
+
+    BSTR get() { return long_.get() ? long_.get() : short_.text; }
+    // Not to be cleared.
+    VARIANT variant() {
+        VARIANT text = {};
+        text.vt = VT_BSTR;
+        text.bstrVal = get();
+        return text;
+    }
+
+  private:
+    static constexpr size_t room = 259;
+    struct alignas(8) {
+        DWORD padding, size;  // the text is aligned as SysAllocString aligns it
+        wchar_t text[room + 1];
+    } short_;
+    BString long_;
 };
 
 class Variant : public VARIANT {

@@ -45,6 +45,9 @@ struct FileTraits {
     static Handle none() { return INVALID_HANDLE_VALUE; }
     static void close(Handle handle) { ::CloseHandle(handle); }
 };
+struct PagesTraits : NullIsNone<void*> {
+    static void close(void* pages) { ::VirtualFree(pages, 0, MEM_RELEASE); }
+};
 struct FindTraits {
     using Handle = HANDLE;
     static Handle none() { return INVALID_HANDLE_VALUE; }
@@ -70,6 +73,8 @@ struct BitmapTraits : NullIsNone<HBITMAP> {
 };
 
 using OwnedFile = Owned<FileTraits>;
+// Memory from VirtualAlloc.
+using OwnedPages = Owned<PagesTraits>;
 using OwnedFind = Owned<FindTraits>;
 using OwnedObject = Owned<ObjectTraits>;
 using OwnedKey = Owned<KeyTraits>;

@@ -1,5 +1,7 @@
 #include "win32/list_view.h"
 
+#include <climits>
+
 #include "win32/flavour.h"
 #include "win32/window.h"
 
@@ -58,7 +60,7 @@ int ListView::addRow(const std::wstring& text, int image, LPARAM tag) {
         auto characters = textOf<F>(text);
         typename F::ListViewItem record = {};
         record.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
-        record.iItem = count();
+        record.iItem = INT_MAX;  // after the last
         record.pszText = characters.data();
         record.iImage = image;
         record.lParam = tag;

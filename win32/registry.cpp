@@ -142,10 +142,11 @@ LONG RegistryKey::query(const std::wstring& name, RegistryValue& value) const {
     if (LONG refused = checkName(name)) return refused;
     return withFlavour([&](auto f) {
         using F = decltype(f);
-        auto spelled = textOf<F>(name);
+        const auto spelled = F::in(name);
         DataBuffer data;
         return data.fill(value, F::isWide, [&](BYTE* bytes, DWORD* size, DWORD* type) {
-            return F::regQueryValueEx(get(), spelled.c_str(), nullptr, type, bytes, size);
+            const typename F::Char* characters = spelled;
+            return F::regQueryValueEx(get(), characters, nullptr, type, bytes, size);
         });
     });
 }

@@ -17,23 +17,25 @@ const DWORD largestBlock = 1 << 20;
 // 64 KiB further on. Behind each block there is that much room.
 const size_t roomBehind = 3 << 16;
 
-std::string readBlock(const std::wstring& path) {
+OwnedPages readBlock(const std::wstring& path, size_t& room) {
     if (path.empty() || !isExactName(path)) return {};
     NoFileRedirection off;
     return withFlavour([&](auto f) {
         DWORD ignored = 0;
         DWORD size = f.getFileVersionInfoSize(f.in(path), &ignored);
-        if (size == 0 || size > largestBlock) return std::string();
-        std::string block(size + roomBehind, '\0');
-        bool isRead = f.getFileVersionInfo(f.in(path), DWORD{0}, size, static_cast<void*>(block.data()));
-        return isRead ? block : std::string();
+        if (size == 0 || size > largestBlock) return OwnedPages();
+        room = size + roomBehind;
+        // Pages of zeros, of which only those that are touched cost anything.
+        OwnedPages block(::VirtualAlloc(nullptr, room, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+        bool isRead = block && f.getFileVersionInfo(f.in(path), DWORD{0}, size, block.get());
+        return isRead ? std::move(block) : OwnedPages();
     });
 }
 
 // What VerQueryValue points at, and how many items it may hold within the block. The length it tells is
 // a number of characters for strings and of bytes for the rest.
 template <class Item, class F>
-bool queried(F f, const std::string& block, const std::wstring& path, const Item*& items, size_t& count) {
+bool queried(F f, std::string_view block, const std::wstring& path, const Item*& items, size_t& count) {
     void* found = nullptr;
     UINT length = 0;
     if (block.empty() || !f.verQueryValue(block.data(), f.in(path), &found, &length) || !found) return false;
@@ -45,7 +47,7 @@ bool queried(F f, const std::string& block, const std::wstring& path, const Item
     return true;
 }
 
-std::string translationBytes(const std::string& block) {
+std::string translationBytes(std::string_view block) {
     return withFlavour([&](auto f) {
         const char* bytes = nullptr;
         size_t count = 0;
@@ -61,7 +63,8 @@ bool isBlank(const std::wstring& text) {
 }  // namespace
 
 VersionResource::VersionResource(const std::wstring& path, LANGID userLanguage)
-    : block_(readBlock(path)),
+    : pages_(readBlock(path, room_)),
+      block_(static_cast<const char*>(pages_.get()), pages_ ? room_ : 0),
       tables_(tableOrder(translationsOf(translationBytes(block_)), userLanguage, stringTableKeys(block_))) {}
 
 std::optional<std::wstring> VersionResource::string(const std::wstring& name) const {

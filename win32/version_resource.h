@@ -3,8 +3,10 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "win32/handle.h"
 #include "win32/platform.h"
 
 namespace win32 {
@@ -23,7 +25,9 @@ class VersionResource {
   private:
     std::optional<std::wstring> stringOf(const std::wstring& table, const std::wstring& name) const;
 
-    std::string block_;
+    size_t room_ = 0;
+    OwnedPages pages_;
+    std::string_view block_;  // all of the pages' room
     std::vector<std::wstring> tables_;
 };
 

@@ -1,14 +1,25 @@
 #include <doctest/doctest.h>
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "startup/ini_lines.h"
 
-using startup::iniLines;
 using startup::isIniLine;
 using startup::withLinesReplaced;
 using Lines = std::vector<std::wstring>;
+
+namespace {
+
+Lines iniLines(std::wstring_view text) {
+    Lines found;
+    startup::IniLines lines(text);
+    for (std::wstring_view line; lines.next(line);) found.emplace_back(line);
+    return found;
+}
+
+}  // namespace
 
 TEST_CASE("lines end at CR LF, LF and CR; what follows the last end is a line unless empty") {
     CHECK(iniLines(L"") == Lines{});
@@ -26,7 +37,7 @@ TEST_CASE("a run of bare line ends shrinks, every pair of them counting as one")
 }
 
 TEST_CASE("a line is recognised by its key alone, in any letter case, with blanks around") {
-    std::wstring rest = L"untouched";
+    std::wstring_view rest = L"untouched";
     CHECK(isIniLine(L"load=x", L"load=", rest));
     CHECK(rest == L"x");
     CHECK(isIniLine(L"  LOAD=  x y  ", L"load=", rest));
@@ -40,6 +51,18 @@ TEST_CASE("a line is recognised by its key alone, in any letter case, with blank
     CHECK_FALSE(isIniLine(L"\tload=x", L"load=", rest));
     CHECK_FALSE(isIniLine(L"", L"load=", rest));
     CHECK(rest == L"untouched");
+}
+
+TEST_CASE("the lines that start programs come in their order, whatever their section") {
+    const auto lines =
+        startup::startupLines(L"[a]\r\n load= x \r\nother=y\r\nSHELL=\r\n[b]\r\nRun=z\r\nload=w");
+    REQUIRE(lines.size() == 4);
+    const Lines expected = {L"load=", L"x", L"shell=", L"", L"run=", L"z", L"load=", L"w"};
+    for (size_t i = 0; i < lines.size(); ++i) {
+        CHECK(lines[i].key == expected[2 * i]);
+        CHECK(lines[i].rest == expected[2 * i + 1]);
+    }
+    CHECK(startup::startupLines(L"").empty());
 }
 
 TEST_CASE("rewriting changes the key's lines, in every section, and nothing else") {
