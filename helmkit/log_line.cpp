@@ -1,5 +1,9 @@
 #include "helmkit/log_line.h"
 
+#include <iterator>
+
+#include "helmkit/utf8.h"
+
 namespace helmkit {
 
 namespace {
@@ -15,27 +19,54 @@ wchar_t printable(wchar_t c) {
     return c;
 }
 
-void append(std::wstring& line, std::wstring_view text) {
-    for (wchar_t c : text) line += printable(c);
+void appendDigits(std::string& line, unsigned number, size_t width) {
+    char digits[10];
+    char* first = std::end(digits);
+    for (; number != 0 || first + width > std::end(digits); number /= 10) {
+        *--first = static_cast<char>('0' + number % 10);
+    }
+    line.append(first, std::end(digits));
 }
 
-std::wstring digits(unsigned number, size_t width) {
-    std::wstring text = std::to_wstring(number);
-    return text.size() < width ? std::wstring(width - text.size(), L'0') + text : text;
+void appendNumber(std::string& line, int32_t number) {
+    if (number < 0) line += '-';
+    appendDigits(line, number < 0 ? 0u - static_cast<unsigned>(number) : static_cast<unsigned>(number), 1);
 }
 
 }  // namespace
 
-std::wstring logLine(const LogTime& time, int32_t code, std::wstring_view text, int32_t level,
-                     std::wstring_view source) {
-    std::wstring line = digits(time.year, 4) + L'-' + digits(time.month, 2) + L'-' + digits(time.day, 2) +
-                        L'T' + digits(time.hour, 2) + L':' + digits(time.minute, 2) + L':' +
-                        digits(time.second, 2) + L'.' + digits(time.millisecond, 3) + L'\t' +
-                        std::to_wstring(level) + L'\t';
-    append(line, source);
-    line += L'\t' + std::to_wstring(code) + L'\t';
-    append(line, text);
-    return line + L"\r\n";
+std::string timeText(const LogTime& time) {
+    std::string text;
+    appendDigits(text, time.year, 4);
+    const struct {
+        char before;
+        unsigned number;
+        size_t width;
+    } parts[] = {{'-', time.month, 2},  {'-', time.day, 2},    {'T', time.hour, 2},
+                 {':', time.minute, 2}, {':', time.second, 2}, {'.', time.millisecond, 3}};
+    for (const auto& part : parts) {
+        text += part.before;
+        appendDigits(text, part.number, part.width);
+    }
+    return text;
+}
+
+std::string logLine(std::string_view time, int32_t code, std::wstring_view text, int32_t level,
+                    std::wstring_view source) {
+    const size_t numbersAndEnds = 30;
+    std::string line;
+    line.reserve(time.size() + utf8Room(source.size()) + utf8Room(text.size()) + numbersAndEnds);
+    line += time;
+    line += '\t';
+    appendNumber(line, level);
+    line += '\t';
+    appendUtf8(line, source, printable);
+    line += '\t';
+    appendNumber(line, code);
+    line += '\t';
+    appendUtf8(line, text, printable);
+    line += "\r\n";
+    return line;
 }
 
 bool goesToShortLog(int32_t level) {

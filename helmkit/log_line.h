@@ -12,11 +12,14 @@ struct LogTime {
     unsigned year, month, day, hour, minute, second, millisecond;  // local time
 };
 
-// `2026-11-20T23:35:47.123<TAB>level<TAB>source<TAB>code<TAB>text` and CR LF. Control characters and line
-// separators in source and text become their pictures (U+2400 and on), so that an entry stays one line of
-// five fields; nothing else is escaped, paths stay readable.
-std::wstring logLine(const LogTime& time, int32_t code, std::wstring_view text, int32_t level,
-                     std::wstring_view source);
+// `2026-11-20T23:35:47.123`.
+std::string timeText(const LogTime& time);
+
+// `time<TAB>level<TAB>source<TAB>code<TAB>text` and CR LF in UTF-8. Control characters and line separators in
+// source and text become their pictures (U+2400 and on), so that an entry stays one line of five fields;
+// nothing else is escaped, paths stay readable.
+std::string logLine(std::string_view time, int32_t code, std::wstring_view text, int32_t level,
+                    std::wstring_view source);
 
 // True for the levels that the short log gets too: errors, 0 to 4.
 bool goesToShortLog(int32_t level);

@@ -4,7 +4,6 @@
 
 #include "helmkit/log_line.h"
 #include "win32/desktop.h"
-#include "win32/text.h"
 
 namespace helmkit::server {
 
@@ -62,13 +61,19 @@ STDMETHODIMP LogWriter::OpenLogs(BSTR fullLogPath, BSTR shortLogPath) {
     });
 }
 
+const std::string& LogWriter::now() {
+    const DWORD tick = win32::desktop().tickCount();
+    if (time_.empty() || tick != tick_) time_ = timeText(timeOf(win32::desktop().localTime()));
+    tick_ = tick;
+    return time_;
+}
+
 STDMETHODIMP LogWriter::WriteLog(LONG code, BSTR text, LONG level, BSTR source) {
     return method([&] {
         // Both are open, or neither.
         if (!full_) return;
-        std::string line =
-            win32::toUtf8(logLine(timeOf(win32::desktop().localTime()), code, win32::BString::view(text),
-                                  level, win32::BString::view(source)));
+        const std::string line =
+            logLine(now(), code, win32::BString::view(text), level, win32::BString::view(source));
         std::optional<win32::Error> failure;
         write(full_, line, failure);
         if (goesToShortLog(level)) write(short_, line, failure);

@@ -17,7 +17,12 @@ class LogWriter : public win32::AutomationObject<ILogWriter, &IID_ILogWriter> {
     STDMETHODIMP WriteLog(LONG code, BSTR text, LONG level, BSTR source) override;
 
   private:
+    // The present time as lines tell it. Windows' clock moves with its ticks, so it is asked once for each.
+    const std::string& now();
+
     win32::AppendFile full_, short_;
+    std::string time_;
+    DWORD tick_ = 0;
 };
 
 }  // namespace helmkit::server

@@ -14,18 +14,19 @@ int length(size_t size) {
     return static_cast<int>(size);
 }
 
+bool isAscii(std::wstring_view text) {
+    return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c < 0x80; });
+}
+
 std::string encoded(UINT codePage, std::wstring_view text) {
-    if (text.empty()) return {};
+    // Every code page that Windows uses here has ASCII where ASCII is.
+    if (isAscii(text)) return textAsBytes(text);
     int size =
         ::WideCharToMultiByte(codePage, 0, text.data(), length(text.size()), nullptr, 0, nullptr, nullptr);
     std::string bytes(size, '\0');
     ::WideCharToMultiByte(codePage, 0, text.data(), length(text.size()), bytes.data(), size, nullptr,
                           nullptr);
     return bytes;
-}
-
-bool isAscii(std::wstring_view text) {
-    return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c < 0x80; });
 }
 
 wchar_t loweredAscii(wchar_t c) {

@@ -71,6 +71,18 @@ TEST_CASE_FIXTURE(Logs, "runs are appended, and each line is in the file at once
           "2026-11-20T23:35:47.123\t5\t\t0\tc\r\n");
 }
 
+TEST_CASE_FIXTURE(Logs, "the clock is asked once for each of Windows' ticks") {
+    REQUIRE(open() == S_OK);
+    CHECK(write(0, L"a", 5, L"") == S_OK);
+    desktop.time.wMilliseconds = 200;
+    CHECK(write(0, L"b", 5, L"") == S_OK);
+    ++desktop.ticks;
+    CHECK(write(0, L"c", 5, L"") == S_OK);
+    CHECK(TempFolder::read(full) ==
+          "2026-11-20T23:35:47.123\t5\t\t0\ta\r\n2026-11-20T23:35:47.123\t5\t\t0\tb\r\n"
+          "2026-11-20T23:35:47.200\t5\t\t0\tc\r\n");
+}
+
 TEST_CASE_FIXTURE(Logs, "after a failed opening lines are dropped and nothing is raised") {
     brief = folder.file(L"no\\such\\short.log");
     CHECK(open() == HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND));

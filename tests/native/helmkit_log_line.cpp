@@ -6,25 +6,38 @@ namespace {
 
 const helmkit::LogTime time = {2026, 1, 2, 3, 4, 5, 6};
 
-std::wstring line(std::wstring_view text, std::wstring_view source = L"") {
-    return helmkit::logLine(time, -7, text, 4, source);
+std::string line(std::wstring_view text, std::wstring_view source = L"") {
+    return helmkit::logLine(helmkit::timeText(time), -7, text, 4, source);
 }
 
 }  // namespace
 
 TEST_CASE("a log line's fields stand between tabs, numbers in full width") {
     CHECK(line(L"text", L"ucRun.RefreshList") ==
-          L"2026-01-02T03:04:05.006\t4\tucRun.RefreshList\t-7\ttext\r\n");
-    CHECK(line(L"") == L"2026-01-02T03:04:05.006\t4\t\t-7\t\r\n");
+          "2026-01-02T03:04:05.006\t4\tucRun.RefreshList\t-7\ttext\r\n");
+    CHECK(line(L"") == "2026-01-02T03:04:05.006\t4\t\t-7\t\r\n");
 }
 
 TEST_CASE("control characters and line separators in a log line become their pictures") {
     CHECK(line(std::wstring(L"\0\t\r\n\x1f", 5), L"a\tb") ==
-          L"2026-01-02T03:04:05.006\t4\ta\x2409"
-          L"b\t-7\t\x2400\x2409\x240D\x240A\x241F\r\n");
+          "2026-01-02T03:04:05.006\t4\ta\u2409b\t-7\t\u2400\u2409\u240D\u240A\u241F\r\n");
     CHECK(line(L"\x7f\x85\x2028\x2029 \x80~") ==
-          L"2026-01-02T03:04:05.006\t4\t\t-7\t\x2421\x2424\x2424\x2424 \x80~\r\n");
-    CHECK(line(L"C:\\a") == L"2026-01-02T03:04:05.006\t4\t\t-7\tC:\\a\r\n");
+          "2026-01-02T03:04:05.006\t4\t\t-7\t\u2421\u2424\u2424\u2424 \xC2\x80~\r\n");
+    CHECK(line(L"C:\\a") == "2026-01-02T03:04:05.006\t4\t\t-7\tC:\\a\r\n");
+}
+
+TEST_CASE("a log line is UTF-8, half a surrogate pair a replacement character") {
+    auto textOf = [](std::wstring_view text) {
+        const std::string all = line(text);
+        return all.substr(30, all.size() - 32);
+    };
+    CHECK(textOf({L"\x00E9\x07FF\x0800\xFFFF", 4}) == "\xC3\xA9\xDF\xBF\xE0\xA0\x80\xEF\xBF\xBF");
+    const wchar_t pair[] = {0xD83D, 0xDE00}, ends[] = {0xDE00, L'a', 0xD83D};
+    CHECK(textOf({pair, 2}) == "\xF0\x9F\x98\x80");
+    CHECK(textOf({ends, 3}) ==
+          "\xEF\xBF\xBD"
+          "a\xEF\xBF\xBD");
+    CHECK(textOf({pair, 1}) == "\xEF\xBF\xBD");
 }
 
 TEST_CASE("levels 0 to 4 go to the short log") {
