@@ -38,7 +38,7 @@ std::wstring CFileChecker::GetFileNameFromCommandLine(const std::wstring& cl) co
 }
 
 std::wstring CFileChecker::GetFullFileNameFromShortFilename(const std::wstring& fileName) {
-    if (auto known = cache_.find(fileName)) return *known;
+    if (auto known = cache_.find(fileName)) return *std::move(known);
     std::wstring trimmed = win32::trimmed(fileName);
     bool isNative = trimmed.compare(0, nativePrefix.size(), nativePrefix) == 0;
     std::wstring result = resolved(isNative ? trimmed.substr(nativePrefix.size()) : trimmed);

@@ -8,11 +8,11 @@ namespace files {
 
 namespace {
 
-using win32::trimmed;
+using win32::withoutBlanks;
 
-const size_t npos = std::wstring::npos;
+const size_t npos = std::wstring_view::npos;
 
-bool beginsWith(const std::wstring& text, std::wstring_view lowerCasePrefix) {
+bool beginsWith(std::wstring_view text, std::wstring_view lowerCasePrefix) {
     if (text.size() < lowerCasePrefix.size()) return false;
     for (size_t i = 0; i < lowerCasePrefix.size(); ++i) {
         wchar_t c = text[i] >= L'A' && text[i] <= L'Z' ? text[i] + (L'a' - L'A') : text[i];
@@ -22,71 +22,73 @@ bool beginsWith(const std::wstring& text, std::wstring_view lowerCasePrefix) {
 }
 
 // A full path to rundll32.exe is not recognised, on purpose: its file is rundll32.exe itself.
-bool isRundllCommand(const std::wstring& cl) {
+bool isRundllCommand(std::wstring_view cl) {
     return beginsWith(cl, L"rundll32") || beginsWith(cl, L"\"rundll32.exe\"") ||
            beginsWith(cl, L"%systemroot%\\system32\\rundll32");
 }
 
 // Quotes around the library stay, and so does whatever follows it when there is no comma.
-std::wstring rundllLibrary(const std::wstring& cl) {
+std::wstring rundllLibrary(std::wstring_view cl) {
     size_t blank = cl.find(L' ');
     if (blank == npos) return L"rundll32.exe";
     size_t comma = cl.find(L',');
     bool commaAfterBlank = comma != npos && comma > blank;
     std::wstring result =
-        trimmed(commaAfterBlank ? cl.substr(blank + 1, comma - blank - 1) : cl.substr(blank));
+        win32::trimmed(commaAfterBlank ? cl.substr(blank + 1, comma - blank - 1) : cl.substr(blank));
     if (result.find(L'.') == npos) result += L".dll";
     return result;
 }
 
-std::wstring quotedProgram(const std::wstring& cl) {
+std::wstring_view quotedProgram(std::wstring_view cl) {
     size_t closing = cl.find(L'"', 1);
     return cl.substr(1, (closing == npos ? cl.find(L' ') : closing) - 1);
 }
 
 // The first two characters are never searched.
-void removeFromThirdCharacterOn(std::wstring& text, std::wstring_view placeholder) {
-    std::wstring result = text.substr(0, 2);
+std::wstring removedFromThirdCharacterOn(std::wstring_view text, std::wstring_view placeholder) {
+    std::wstring result(text.substr(0, 2));
     for (size_t at = 2; at < text.size();) {
         size_t found = text.find(placeholder, at);
         result.append(text, at, found == npos ? npos : found - at);
         at = found == npos ? npos : found + placeholder.size();
     }
-    text = std::move(result);
+    return result;
 }
 
 // Blanks in folder names survive, because the end is looked for from the last backslash on; without a
 // backslash the last blank decides.
-std::wstring unquotedProgram(std::wstring cl) {
-    removeFromThirdCharacterOn(cl, L"\"%1\"");
-    removeFromThirdCharacterOn(cl, L"%1");
+std::wstring_view unquotedProgram(std::wstring_view cl) {
     size_t backslash = cl.rfind(L'\\');
     size_t end = backslash == npos ? cl.rfind(L' ') : cl.find(L' ', backslash);
     return cl.substr(0, end);
 }
 
-std::wstring program(std::wstring cl) {
-    if (size_t slash = cl.find(L'/'); slash != npos) cl = trimmed(cl.substr(0, slash));
-    if (cl.find(L' ') == npos) return cl;
-    return cl.front() == L'"' ? quotedProgram(cl) : unquotedProgram(std::move(cl));
+std::wstring finished(std::wstring_view program) {
+    program = withoutBlanks(program);
+    if (!program.empty() && program.front() == L'"' && program.back() == L'"') {
+        // A lone quote is both ends at once and leaves nothing.
+        program = program.size() < 2 ? std::wstring_view() : program.substr(1, program.size() - 2);
+    }
+    std::wstring_view lastFour = program.substr(program.size() < 4 ? 0 : program.size() - 4);
+    bool hasExtension = lastFour.find(L'.') != npos;
+    std::wstring result(program);
+    if (!hasExtension && program.find(L'\\') != npos) result += L".exe";
+    return result;
 }
 
-std::wstring finished(std::wstring result) {
-    result = trimmed(result);
-    if (!result.empty() && result.front() == L'"' && result.back() == L'"') {
-        // A lone quote is both ends at once and leaves nothing.
-        result = result.size() < 2 ? std::wstring() : result.substr(1, result.size() - 2);
-    }
-    std::wstring_view lastFour(result);
-    lastFour.remove_prefix(result.size() < 4 ? 0 : result.size() - 4);
-    if (lastFour.find(L'.') == npos && result.find(L'\\') != npos) result += L".exe";
-    return result;
+std::wstring finishedProgram(std::wstring_view cl) {
+    if (size_t slash = cl.find(L'/'); slash != npos) cl = withoutBlanks(cl.substr(0, slash));
+    if (cl.find(L' ') == npos) return finished(cl);
+    if (cl.front() == L'"') return finished(quotedProgram(cl));
+    if (cl.find(L"%1", 2) == npos) return finished(unquotedProgram(cl));
+    return finished(
+        unquotedProgram(removedFromThirdCharacterOn(removedFromThirdCharacterOn(cl, L"\"%1\""), L"%1")));
 }
 
 }  // namespace
 
-std::wstring GetFileNameFromCommandLine(std::wstring cl) {
-    return isRundllCommand(cl) ? rundllLibrary(cl) : finished(program(std::move(cl)));
+std::wstring GetFileNameFromCommandLine(std::wstring_view cl) {
+    return isRundllCommand(cl) ? rundllLibrary(cl) : finishedProgram(cl);
 }
 
 }  // namespace files
