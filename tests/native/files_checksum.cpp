@@ -37,3 +37,21 @@ TEST_CASE("a sum over 2^31 - 1 leaves the value as it was") {
     bytes.push_back(0xFF);
     CHECK(of(bytes) == 0x7FFFFFFF);
 }
+
+TEST_CASE("blocks of bytes give what single steps give, also where steps are left out") {
+    uint32_t state = 7;
+    int leftOut = 0;
+    std::vector<uint8_t> bytes;
+    int32_t expected = 0;
+    while (bytes.size() < 2000) {
+        state = state * 1664525 + 1013904223;
+        const int64_t rotated = expected / 2 + (expected % 2) * (int64_t{1} << 30);
+        // Most bytes fill the low bits, so that sums soon pass the limit; some are any.
+        const bool fills = state >> 28 != 0;
+        bytes.push_back(static_cast<uint8_t>(fills ? 0xFF - (rotated & 0xFF) : state >> 16));
+        const int64_t next = rotated + bytes.back();
+        next <= 0x7FFFFFFF ? expected = static_cast<int32_t>(next) : ++leftOut;
+        REQUIRE(of(bytes) == expected);
+    }
+    CHECK(leftOut > 20);
+}
