@@ -21,7 +21,7 @@ rule() {
 
 sources() { find "$@" \( -name '*.cpp' -o -name '*.h' \) -print0; }
 
-formatted() { sources "${product[@]}" win32 tests | xargs -0 clang-format --dry-run -Werror; }
+formatted() { sources "${product[@]}" win32 tests bench | xargs -0 clang-format --dry-run -Werror; }
 
 # The choice between ANSI and wide functions belongs to win32/ alone.
 no_flavour_words() {

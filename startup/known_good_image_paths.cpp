@@ -1,8 +1,8 @@
-// The image paths of the services and drivers of plain Windows 2000 and XP installations.
+#include "startup/known_good_image_paths.h"
+
 #include <algorithm>
 #include <iterator>
 
-#include "startup/ucServices.h"
 #include "win32/text.h"
 
 namespace startup {

@@ -2,12 +2,9 @@
 #pragma once
 
 #include "startup/StartupListControl.h"
+#include "startup/known_good_image_paths.h"
 
 namespace startup {
-
-// True when the image path, lower-cased and otherwise as it stands in the registry, is one of the paths of a
-// plain Windows 2000 or XP.
-bool IsKnownGoodImagePath(const std::wstring& imagePath);
 
 class ucServices : public StartupListControl {
   public:

@@ -77,9 +77,12 @@ std::wstring nativePath(HKEY key) {
 
 }  // namespace
 
+std::wstring RegistryFixture::name() {
+    return L"Software\\QuillonTests" + std::to_wstring(::GetCurrentProcessId());
+}
+
 RegistryFixture::RegistryFixture() {
-    std::wstring base = L"Software\\QuillonTests" + std::to_wstring(::GetCurrentProcessId());
-    base_ = createdKey(HKEY_CURRENT_USER, base);
+    base_ = createdKey(HKEY_CURRENT_USER, name());
     deleteBelow(base_.get());
     machine_ = createdKey(base_.get(), L"machine");
     user_ = createdKey(base_.get(), L"user");

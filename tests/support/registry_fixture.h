@@ -14,6 +14,9 @@ class RegistryFixture {
     RegistryFixture(const RegistryFixture&) = delete;
     RegistryFixture& operator=(const RegistryFixture&) = delete;
 
+    // Where the fixture's own hives "machine", "user" and "classes" stand, below the real HKEY_CURRENT_USER.
+    static std::wstring name();
+
     // Makes the key (and those above it) if it is missing.
     static void makeKey(HKEY hive, const std::wstring& path);
     static bool hasKey(HKEY hive, const std::wstring& path);

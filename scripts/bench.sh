@@ -1,0 +1,72 @@
+#!/usr/bin/env bash
+# Measures Quillon against floors in a Windows of its own and writes build/bench.json and its plot:
+#
+#     scripts/bench.sh [x86 | x64] [ARGUMENTS OF BENCH.EXE]
+#     scripts/bench.sh --calls [x86 | x64] FIGURE     counts the Wine server calls of ours and of the floor instead
+#
+# docs/performance.md explains the figures. QUILLON_BUILD names another build folder than build/ARCHITECTURE.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+
+calls=
+[ "${1:-}" != --calls ] || { calls=yes; shift; }
+architecture=x86
+case ${1:-} in
+x86 | x64)
+    architecture=$1
+    shift
+    ;;
+esac
+build=${QUILLON_BUILD:-build/$architecture}
+prefix=$PWD/build/wine/bench-$$
+log=build/bench-build.log
+
+build_program() {
+    mkdir -p build
+    { cmake --preset "$architecture" -B "$build" && cmake --build "$build" --target bench; } >"$log" 2>&1 && return
+    tail -n 60 "$log" >&2
+    printf 'bench: the build failed; the whole log is in %s\n' "$log" >&2
+    return 1
+}
+
+start_display() {
+    local pipe=$prefix/display
+    mkfifo "$pipe"
+    Xvfb -displayfd 3 -screen 0 1100x800x24 -nolisten tcp 3>"$pipe" 2>/dev/null &
+    xvfb=$!
+    read -r number <"$pipe"
+    export DISPLAY=:$number
+}
+
+clean_up() {
+    scripts/wine-prefix.sh stop "$prefix"
+    [ -z "${xvfb:-}" ] || kill "$xvfb" 2>/dev/null || true
+    rm -rf "$prefix"
+}
+
+bench() { timeout 1800 wine "$build/bench/bench.exe" "$@"; }
+
+# Quillon and floor.exe read the registry that is there, so this one gets 200 entries.
+seed() {
+    mkdir -p "$prefix/drive_c/entries"
+    bench --start-entries 'C:\entries'
+    wine reg import 'C:\entries\entries.reg' /reg:64 >/dev/null 2>&1
+    wineserver -w
+}
+
+build_program
+scripts/wine-prefix.sh copy "$prefix" winxp unmanaged
+trap clean_up EXIT
+start_display
+export WINEPREFIX=$prefix LC_ALL=C.UTF-8 WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winedbg.exe=d'
+export WINEDEBUG=-all
+seed
+if [ -n "$calls" ]; then
+    # The server traces when its first program asks for it.
+    WINEDEBUG=-all,+server bench --rounds 1 "$@" >"$prefix/table" 2>"$prefix/trace"
+    scripts/bench-calls.py "$prefix/trace"
+    exit
+fi
+bench --json bench.json "$@"
+mv bench.json build/bench.json
+scripts/bench-plot.py build/bench.json build/bench.svg
