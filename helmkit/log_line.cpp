@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "helmkit/utf8.h"
+#include "win32/utf8.h"
 
 namespace helmkit {
 
@@ -55,16 +55,17 @@ std::string logLine(std::string_view time, int32_t code, std::wstring_view text,
                     std::wstring_view source) {
     const size_t numbersAndEnds = 30;
     std::string line;
-    line.reserve(time.size() + utf8Room(source.size()) + utf8Room(text.size()) + numbersAndEnds);
+    line.reserve(time.size() + win32::utf8Room(source.size()) + win32::utf8Room(text.size()) +
+                 numbersAndEnds);
     line += time;
     line += '\t';
     appendNumber(line, level);
     line += '\t';
-    appendUtf8(line, source, printable);
+    win32::appendUtf8(line, source, printable);
     line += '\t';
     appendNumber(line, code);
     line += '\t';
-    appendUtf8(line, text, printable);
+    win32::appendUtf8(line, text, printable);
     line += "\r\n";
     return line;
 }

@@ -100,14 +100,6 @@ size_t FileReader::read(void* bytes, size_t count) {
     return done;
 }
 
-std::string readFile(const std::wstring& path) {
-    FileReader file(path);
-    if (file.size() > 0x7FFFFFFF) raiseWin32(ERROR_FILE_TOO_LARGE, path);
-    std::string bytes(static_cast<size_t>(file.size()), '\0');
-    bytes.resize(file.read(bytes.data(), bytes.size()));
-    return bytes;
-}
-
 // The right to append alone makes every write go to the end; Windows 9x knows no such right.
 AppendFile::AppendFile(const std::wstring& path)
     : path_(path),

@@ -48,9 +48,6 @@ class FileReader {
     uint64_t size_ = 0;
 };
 
-// All bytes of a file. Over 2 GiB it throws ERROR_FILE_TOO_LARGE.
-std::string readFile(const std::wstring& path);
-
 // Writes the file whole or not at all: on failure the old one is there as it was, and nothing else. A file
 // that is replaced keeps its attributes and, on the NT family, its access rights; a read-only one is refused.
 void replaceFile(const std::wstring& path, const std::string& bytes);

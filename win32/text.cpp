@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "win32/flavour.h"
+#include "win32/utf8.h"
 
 namespace win32 {
 
@@ -16,17 +17,6 @@ int length(size_t size) {
 
 bool isAscii(std::wstring_view text) {
     return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c < 0x80; });
-}
-
-std::string encoded(UINT codePage, std::wstring_view text) {
-    // Every code page that Windows uses here has ASCII where ASCII is.
-    if (isAscii(text)) return textAsBytes(text);
-    int size =
-        ::WideCharToMultiByte(codePage, 0, text.data(), length(text.size()), nullptr, 0, nullptr, nullptr);
-    std::string bytes(size, '\0');
-    ::WideCharToMultiByte(codePage, 0, text.data(), length(text.size()), bytes.data(), size, nullptr,
-                          nullptr);
-    return bytes;
 }
 
 wchar_t loweredAscii(wchar_t c) {
@@ -50,11 +40,19 @@ std::wstring loweredByWindows(const std::wstring& text) {
 }  // namespace
 
 std::string toAnsi(std::wstring_view text) {
-    return encoded(CP_ACP, text);
+    // Every ANSI code page has ASCII where ASCII is.
+    if (isAscii(text)) return textAsBytes(text);
+    int size =
+        ::WideCharToMultiByte(CP_ACP, 0, text.data(), length(text.size()), nullptr, 0, nullptr, nullptr);
+    std::string bytes(size, '\0');
+    ::WideCharToMultiByte(CP_ACP, 0, text.data(), length(text.size()), bytes.data(), size, nullptr, nullptr);
+    return bytes;
 }
 
 std::string toUtf8(std::wstring_view text) {
-    return encoded(CP_UTF8, text);
+    std::string bytes;
+    appendUtf8(bytes, text, [](wchar_t unit) { return unit; });
+    return bytes;
 }
 
 std::wstring fromAnsi(std::string_view bytes) {

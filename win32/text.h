@@ -24,6 +24,7 @@ bool isExactName(std::wstring_view name);
 std::wstring bytesAsText(std::string_view bytes);
 std::string textAsBytes(std::wstring_view text);
 
+// Half a surrogate pair becomes U+FFFD.
 std::string toUtf8(std::wstring_view text);
 
 // Lower case by fixed rules, whatever the user's language (no dotless i).

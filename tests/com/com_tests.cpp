@@ -5,8 +5,8 @@
 
 #include "helmkit.h"
 #include "qlncustom.h"
+#include "tests/support/temp_folder.h"
 #include "win32/com.h"
-#include "win32/files.h"
 #include "win32/handle.h"
 #include "win32/system.h"
 
@@ -164,7 +164,7 @@ TEST_CASE("a plug-in may put a logger in place that offers nothing but a call by
         VARIANT arguments[] = {code, text, level, source};
         win32::invoke(logger.get(), L"WriteLog", arguments, 4);
     }
-    CHECK(win32::readFile(log) == "4|s|7|caf\xC3\xA9\r\n");
+    CHECK(TempFolder::read(log) == "4|s|7|caf\xC3\xA9\r\n");
     ::DeleteFileW(log.c_str());
 }
 

@@ -1,4 +1,4 @@
-// UTF-16 as UTF-8. Calls nothing of Windows, whose oldest members cannot do it.
+// UTF-16 as UTF-8. Calls nothing of Windows, where Windows 95 cannot do it.
 #pragma once
 
 #include <cstddef>
@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-namespace helmkit {
+namespace win32 {
 
 // The most bytes that so many units can take.
 inline size_t utf8Room(size_t units) {
@@ -59,4 +59,4 @@ void appendUtf8(std::string& text, std::wstring_view units, Changed changed) {
     text.resize(static_cast<size_t>(at - text.data()));
 }
 
-}  // namespace helmkit
+}  // namespace win32
