@@ -14,7 +14,7 @@ from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE))
-from libraries import exported, imitation_of  # noqa: E402
+from libraries import LIST, exported, imitation_of  # noqa: E402
 from pe import Image  # noqa: E402
 
 COMPILER, SYMBOLS = 'i686-w64-mingw32-g++-win32', 'i686-w64-mingw32-nm'
@@ -84,7 +84,7 @@ def main(folder, program):
         (folder / name).mkdir(parents=True, exist_ok=True)
     libraries = exported()
     made = folder / '.made'
-    sources = [file for file in HERE.iterdir() if file.is_file()]
+    sources = [LIST, *(file for file in HERE.iterdir() if file.is_file())]
     if not made.exists() or made.stat().st_mtime < max(source.stat().st_mtime for source in sources):
         shared = compiled(HERE / 'failing.cpp', folder / 'objects' / 'failing.o')
         with ThreadPoolExecutor(2) as pool:
