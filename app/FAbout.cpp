@@ -2,8 +2,8 @@
 
 #include "build_settings.h"
 #include "resources/resource_ids.h"
-#include "win32/message_loop.h"
-#include "win32/scale.h"
+#include "win32/windows/message_loop.h"
+#include "win32/windows/scale.h"
 
 namespace app {
 

@@ -5,10 +5,10 @@
 #include <memory>
 
 #include "app/StaticLine.h"
-#include "win32/mouse_releases.h"
-#include "win32/picture_box.h"
-#include "win32/placed_control.h"
-#include "win32/window.h"
+#include "win32/windows/mouse_releases.h"
+#include "win32/windows/picture_box.h"
+#include "win32/windows/placed_control.h"
+#include "win32/windows/window.h"
 
 namespace app {
 

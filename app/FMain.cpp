@@ -6,10 +6,10 @@
 #include "startup/ucRun.h"
 #include "startup/ucServices.h"
 #include "startup/ucWinlogon.h"
-#include "win32/key_releases.h"
-#include "win32/message_loop.h"
-#include "win32/scale.h"
-#include "win32/system.h"
+#include "win32/system/system.h"
+#include "win32/windows/key_releases.h"
+#include "win32/windows/message_loop.h"
+#include "win32/windows/scale.h"
 
 namespace app {
 

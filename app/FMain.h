@@ -5,13 +5,13 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client.h"
-#include "helmkit/client_trap.h"
+#include "helmkit/client/client.h"
+#include "helmkit/client/trap.h"
 #include "startup/StartupListControl.h"
 #include "support/ucHelp.h"
-#include "win32/placed_control.h"
-#include "win32/tab_strip.h"
-#include "win32/window.h"
+#include "win32/windows/placed_control.h"
+#include "win32/windows/tab_strip.h"
+#include "win32/windows/window.h"
 
 namespace app {
 

@@ -1,7 +1,7 @@
 // An etched horizontal line.
 #pragma once
 
-#include "win32/window.h"
+#include "win32/windows/window.h"
 
 namespace app {
 

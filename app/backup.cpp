@@ -1,10 +1,10 @@
 #include "app/FMain.h"
+#include "resources/messages.h"
 #include "resources/resource_ids.h"
-#include "startup/messages.h"
-#include "win32/date_time.h"
-#include "win32/desktop.h"
-#include "win32/text.h"
-#include "win32/utf16_bytes.h"
+#include "win32/base/text.h"
+#include "win32/base/utf16_bytes.h"
+#include "win32/system/date_time.h"
+#include "win32/system/desktop.h"
 
 namespace app {
 

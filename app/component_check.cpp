@@ -2,10 +2,10 @@
 
 #include "helmkit.h"
 #include "qlncustom.h"
-#include "win32/com.h"
-#include "win32/desktop.h"
-#include "win32/files.h"
-#include "win32/system.h"
+#include "win32/com/com.h"
+#include "win32/files/files.h"
+#include "win32/system/desktop.h"
+#include "win32/system/system.h"
 
 namespace app {
 

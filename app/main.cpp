@@ -1,11 +1,11 @@
 
 #include "app/FMain.h"
-#include "helmkit/client.h"
-#include "win32/com.h"
-#include "win32/desktop.h"
-#include "win32/environment.h"
-#include "win32/message_loop.h"
-#include "win32/system.h"
+#include "helmkit/client/client.h"
+#include "win32/com/com.h"
+#include "win32/system/desktop.h"
+#include "win32/system/environment.h"
+#include "win32/system/system.h"
+#include "win32/windows/message_loop.h"
 
 namespace {
 

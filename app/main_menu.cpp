@@ -1,6 +1,6 @@
 #include "app/main_menu.h"
 
-#include "win32/menu.h"
+#include "win32/windows/menu.h"
 
 namespace app {
 

@@ -1,7 +1,7 @@
 // The main menu.
 #pragma once
 
-#include "win32/platform.h"
+#include "win32/base/platform.h"
 
 namespace app {
 

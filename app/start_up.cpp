@@ -4,9 +4,9 @@
 #include "app/component_check.h"
 #include "build_settings.h"
 #include "resources/resource_ids.h"
-#include "win32/date_time.h"
-#include "win32/desktop.h"
-#include "win32/resources.h"
+#include "win32/system/date_time.h"
+#include "win32/system/desktop.h"
+#include "win32/system/resources.h"
 
 namespace app {
 

@@ -3,9 +3,9 @@
 #include "build_settings.h"
 #include "files/explorer.h"
 #include "files/windows_folders.h"
+#include "resources/messages.h"
 #include "resources/resource_ids.h"
-#include "startup/messages.h"
-#include "win32/desktop.h"
+#include "win32/system/desktop.h"
 
 namespace app {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "win32/platform.h"
+#include "win32/base/platform.h"
 
 namespace bench {
 

@@ -12,10 +12,10 @@
 #include "bench/figures.h"
 #include "bench/memory.h"
 #include "bench/start_entries.h"
-#include "helmkit/client.h"
+#include "helmkit/client/client.h"
 #include "tests/support/temp_folder.h"
-#include "win32/com.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/com/com.h"
 
 namespace {
 

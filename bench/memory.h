@@ -1,7 +1,7 @@
 // The memory of rows, measured in a process of its own.
 #pragma once
 
-#include "win32/platform.h"
+#include "win32/base/platform.h"
 
 namespace bench {
 

@@ -2,7 +2,7 @@
 #include "bench/page.h"
 #include "bench/places.h"
 #include "startup/ucOther.h"
-#include "win32/environment.h"
+#include "win32/system/environment.h"
 
 namespace bench {
 

@@ -9,7 +9,7 @@
 #include "tests/support/registry_fixture.h"
 #include "tests/support/scripted_desktop.h"
 #include "tests/support/temp_folder.h"
-#include "win32/window.h"
+#include "win32/windows/window.h"
 
 namespace bench {
 

@@ -2,8 +2,8 @@
 
 #include <doctest/doctest.h>
 
-#include "win32/system.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/system/system.h"
 
 namespace bench {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "win32/handle.h"
+#include "win32/base/handle.h"
 
 namespace bench {
 

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "win32/handle.h"
-#include "win32/platform.h"
+#include "win32/base/handle.h"
+#include "win32/base/platform.h"
 
 namespace bench {
 

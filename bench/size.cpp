@@ -1,6 +1,6 @@
 #include "bench/figures.h"
 #include "bench/processes.h"
-#include "win32/files.h"
+#include "win32/files/files.h"
 
 namespace bench {
 

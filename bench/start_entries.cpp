@@ -3,7 +3,7 @@
 #include "bench/entries.h"
 #include "bench/places.h"
 #include "tests/support/temp_folder.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
 
 namespace bench {
 

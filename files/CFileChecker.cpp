@@ -2,10 +2,10 @@
 
 #include "files/command_line.h"
 #include "files/windows_folders.h"
-#include "win32/desktop.h"
-#include "win32/environment.h"
-#include "win32/files.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/files/files.h"
+#include "win32/system/desktop.h"
+#include "win32/system/environment.h"
 
 namespace files {
 

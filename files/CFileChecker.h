@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client.h"
+#include "helmkit/client/client.h"
 
 namespace files {
 

@@ -1,8 +1,8 @@
 #include "files/explorer.h"
 
 #include "files/windows_folders.h"
-#include "win32/desktop.h"
-#include "win32/system.h"
+#include "win32/system/desktop.h"
+#include "win32/system/system.h"
 
 namespace files {
 

@@ -1,5 +1,5 @@
 #include "files/checksum.h"
-#include "helmkit/client.h"
+#include "helmkit/client/client.h"
 
 namespace files {
 

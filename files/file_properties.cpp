@@ -1,6 +1,6 @@
 #include "files/file_properties.h"
 
-#include "win32/desktop.h"
+#include "win32/system/desktop.h"
 
 namespace files {
 

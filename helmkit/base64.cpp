@@ -1,6 +1,6 @@
 #include "helmkit/base64.h"
 
-#include "win32/utf16_bytes.h"
+#include "win32/base/utf16_bytes.h"
 
 namespace helmkit {
 

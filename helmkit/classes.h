@@ -1,7 +1,7 @@
 // The classes that the library offers by name.
 #pragma once
 
-#include "win32/com_module.h"
+#include "win32/com/com_module.h"
 
 namespace helmkit {
 

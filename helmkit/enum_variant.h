@@ -1,7 +1,7 @@
 // Walking a list of the library through IEnumVARIANT.
 #pragma once
 
-#include "win32/com.h"
+#include "win32/com/com.h"
 
 namespace helmkit::server {
 

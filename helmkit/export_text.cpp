@@ -1,7 +1,7 @@
 #include "helmkit/export_text.h"
 
 #include "helmkit/registry_text.h"
-#include "win32/utf16_bytes.h"
+#include "win32/base/utf16_bytes.h"
 
 namespace helmkit {
 

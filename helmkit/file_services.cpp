@@ -1,7 +1,7 @@
 #include "helmkit/file_services.h"
 
-#include "win32/files.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/files/files.h"
 
 namespace helmkit::server {
 

@@ -2,7 +2,7 @@
 
 #include <iterator>
 
-#include "win32/utf8.h"
+#include "win32/base/utf8.h"
 
 namespace helmkit {
 

@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "helmkit/log_line.h"
-#include "win32/desktop.h"
+#include "win32/system/desktop.h"
 
 namespace helmkit::server {
 

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "helmkit.h"
-#include "win32/com_server.h"
-#include "win32/files.h"
+#include "win32/com/com_server.h"
+#include "win32/files/files.h"
 
 namespace helmkit::server {
 

@@ -1,6 +1,6 @@
 #include "helmkit/message_arguments.h"
 
-#include "win32/com.h"
+#include "win32/com/com.h"
 
 namespace helmkit {
 

@@ -7,7 +7,7 @@
 
 #include "helmkit.h"
 #include "helmkit/enum_variant.h"
-#include "win32/com_server.h"
+#include "win32/com/com_server.h"
 
 namespace helmkit::server {
 

@@ -3,8 +3,8 @@
 #include <string>
 
 #include "helmkit.h"
-#include "win32/com_server.h"
-#include "win32/registry.h"
+#include "win32/com/com_server.h"
+#include "win32/registry/registry.h"
 
 namespace helmkit::server {
 

@@ -1,9 +1,9 @@
 #include "helmkit/registry_export.h"
 
 #include "helmkit/export_text.h"
-#include "win32/desktop.h"
-#include "win32/error.h"
-#include "win32/registry.h"
+#include "win32/base/error.h"
+#include "win32/registry/registry.h"
+#include "win32/system/desktop.h"
 
 namespace helmkit {
 

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "win32/platform.h"
+#include "win32/base/platform.h"
 
 namespace helmkit {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "win32/utf16_bytes.h"
+#include "win32/base/utf16_bytes.h"
 
 namespace helmkit {
 

@@ -7,9 +7,9 @@
 #include "helmkit/message_arguments.h"
 #include "helmkit/version_info.h"
 #include "helmkit/xml_escape.h"
-#include "win32/files.h"
-#include "win32/message_loop.h"
-#include "win32/system.h"
+#include "win32/files/files.h"
+#include "win32/system/system.h"
+#include "win32/windows/message_loop.h"
 
 namespace helmkit::server {
 

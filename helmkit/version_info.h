@@ -1,8 +1,8 @@
 #pragma once
 
 #include "helmkit.h"
-#include "win32/com_server.h"
-#include "win32/version_resource.h"
+#include "win32/com/com_server.h"
+#include "win32/files/version_resource.h"
 
 namespace helmkit::server {
 

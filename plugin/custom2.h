@@ -1,7 +1,7 @@
 #pragma once
 
 #include "qlncustom.h"
-#include "win32/com_server.h"
+#include "win32/com/com_server.h"
 
 namespace plugin {
 

@@ -1,6 +1,6 @@
 // What QLNCustom.dll exports.
 #include "plugin/custom2.h"
-#include "win32/dll/exports.h"
+#include "win32/com/dll/exports.h"
 
 namespace {
 

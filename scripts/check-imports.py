@@ -21,7 +21,7 @@ from libraries import exported  # noqa: E402
 
 DATA = TOP / 'tests' / 'data'
 PROGRAM = ('Quillon.exe', 'Helmkit.dll', 'QLNCustom.dll')
-SOURCES = ('app', 'files', 'helmkit', 'plugin', 'startup', 'support', 'win32')
+SOURCES = ('app', 'files', 'helmkit', 'plugin', 'resources', 'startup', 'support', 'win32')
 
 
 def meaningful_lines(name):
@@ -61,7 +61,7 @@ def failing_but_explained():
 
 
 def wide_half_of_the_edge():
-    rows = re.findall(r'^ +X\(\w+, (\w+)\)', (TOP / 'win32' / 'flavour.h').read_text(), re.MULTILINE)
+    rows = re.findall(r'^ +X\(\w+, (\w+)\)', (TOP / 'win32' / 'base' / 'flavour.h').read_text(), re.MULTILINE)
     # In 32-bit programs the headers make the one of the other.
     return {name.replace('WindowLongPtr', 'WindowLong') + 'W' for name in rows}
 

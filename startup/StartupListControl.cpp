@@ -4,11 +4,11 @@
 #include <iterator>
 
 #include "files/file_properties.h"
+#include "resources/messages.h"
 #include "resources/resource_ids.h"
-#include "startup/messages.h"
-#include "win32/desktop.h"
-#include "win32/menu.h"
-#include "win32/scale.h"
+#include "win32/system/desktop.h"
+#include "win32/windows/menu.h"
+#include "win32/windows/scale.h"
 
 namespace startup {
 

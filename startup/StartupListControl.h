@@ -5,16 +5,16 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client.h"
-#include "helmkit/client_trap.h"
-#include "startup/FileDescriptions.h"
-#include "startup/PageLayout.h"
+#include "helmkit/client/client.h"
+#include "helmkit/client/trap.h"
 #include "startup/StartupItem.h"
-#include "startup/ValueEmphasis.h"
-#include "win32/key_releases.h"
-#include "win32/list_view.h"
-#include "win32/resources.h"
-#include "win32/tab_page.h"
+#include "startup/file_descriptions.h"
+#include "startup/page_layout.h"
+#include "startup/value_emphasis.h"
+#include "win32/system/resources.h"
+#include "win32/windows/key_releases.h"
+#include "win32/windows/list_view.h"
+#include "win32/windows/tab_page.h"
 
 namespace startup {
 

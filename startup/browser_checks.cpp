@@ -3,8 +3,8 @@
 #include "build_settings.h"
 #include "files/windows_folders.h"
 #include "startup/StartupItem.h"
-#include "win32/desktop.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/system/desktop.h"
 
 namespace startup {
 

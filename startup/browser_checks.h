@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "helmkit/client.h"
+#include "helmkit/client/client.h"
 
 namespace startup {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "win32/blanks.h"
+#include "win32/base/blanks.h"
 
 namespace startup {
 

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-#include "win32/text.h"
+#include "win32/base/text.h"
 
 namespace startup {
 

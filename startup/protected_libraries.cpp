@@ -1,6 +1,6 @@
 #include "startup/protected_libraries.h"
 
-#include "win32/text.h"
+#include "win32/base/text.h"
 
 namespace startup {
 

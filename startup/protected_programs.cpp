@@ -1,8 +1,8 @@
 #include "files/windows_folders.h"
-#include "helmkit/client.h"
+#include "helmkit/client/client.h"
 #include "startup/ucRun.h"
-#include "win32/desktop.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/system/desktop.h"
 
 namespace startup {
 

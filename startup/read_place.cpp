@@ -1,8 +1,8 @@
 #include "files/windows_folders.h"
 #include "startup/StartupItem.h"
 #include "startup/special_places.h"
-#include "win32/folders.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/files/folders.h"
 
 namespace startup {
 

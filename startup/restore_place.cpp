@@ -1,7 +1,7 @@
 #include "startup/ini_lines.h"
 #include "startup/special_places.h"
-#include "win32/desktop.h"
-#include "win32/error.h"
+#include "win32/base/error.h"
+#include "win32/system/desktop.h"
 
 namespace startup {
 

@@ -1,7 +1,7 @@
 #include "startup/special_places.h"
 
 #include "startup/StartupItem.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
 
 namespace startup {
 

@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client.h"
-#include "startup/IniFiles.h"
+#include "helmkit/client/client.h"
+#include "startup/ini_files.h"
 
 namespace startup {
 

@@ -2,8 +2,8 @@
 
 #include "files/explorer.h"
 #include "files/windows_folders.h"
+#include "resources/messages.h"
 #include "resources/resource_ids.h"
-#include "startup/messages.h"
 
 namespace startup {
 

@@ -2,9 +2,9 @@
 
 #include "files/checksum.h"
 #include "files/windows_folders.h"
+#include "resources/messages.h"
 #include "resources/resource_ids.h"
-#include "startup/messages.h"
-#include "win32/resources.h"
+#include "win32/system/resources.h"
 
 namespace startup {
 

@@ -2,8 +2,8 @@
 
 #include "files/windows_folders.h"
 #include "startup/protected_libraries.h"
-#include "win32/indirect_string.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/files/indirect_string.h"
 
 namespace startup {
 

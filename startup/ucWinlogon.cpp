@@ -3,7 +3,7 @@
 #include "files/windows_folders.h"
 #include "resources/resource_ids.h"
 #include "startup/protected_libraries.h"
-#include "win32/resources.h"
+#include "win32/system/resources.h"
 
 namespace startup {
 

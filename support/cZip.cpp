@@ -2,8 +2,8 @@
 
 #include "support/zip_names.h"
 #include "support/zip_update.h"
-#include "win32/error.h"
-#include "win32/file_search.h"
+#include "win32/base/error.h"
+#include "win32/files/file_search.h"
 
 namespace support {
 

@@ -13,7 +13,7 @@
 #include <string>
 #include <vector>
 
-#include "win32/platform.h"
+#include "win32/base/platform.h"
 
 namespace support {
 

@@ -6,8 +6,8 @@
 #include "support/cZip.h"
 #include "support/form_encoding.h"
 #include "support/request_parameters.h"
-#include "win32/automation.h"
-#include "win32/desktop.h"
+#include "win32/com/automation.h"
+#include "win32/system/desktop.h"
 
 namespace support {
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "helmkit/client.h"
+#include "helmkit/client/client.h"
 
 namespace support {
 

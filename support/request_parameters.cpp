@@ -1,6 +1,6 @@
 #include "support/request_parameters.h"
 
-#include "win32/automation.h"
+#include "win32/com/automation.h"
 
 namespace support {
 

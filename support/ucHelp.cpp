@@ -1,8 +1,8 @@
 #include "support/ucHelp.h"
 
 #include "resources/resource_ids.h"
-#include "win32/resources.h"
-#include "win32/scale.h"
+#include "win32/system/resources.h"
+#include "win32/windows/scale.h"
 
 namespace support {
 

@@ -1,10 +1,10 @@
 // The help page: a picture and what the program is.
 #pragma once
 
-#include "helmkit/client.h"
-#include "win32/picture_box.h"
-#include "win32/placed_control.h"
-#include "win32/tab_page.h"
+#include "helmkit/client/client.h"
+#include "win32/windows/picture_box.h"
+#include "win32/windows/placed_control.h"
+#include "win32/windows/tab_page.h"
 
 namespace support {
 

@@ -1,9 +1,9 @@
 #include <optional>
 
 #include "support/zip_source_base.h"
-#include "win32/file_replacement.h"
-#include "win32/file_search.h"
-#include "win32/files.h"
+#include "win32/files/file_replacement.h"
+#include "win32/files/file_search.h"
+#include "win32/files/files.h"
 
 namespace support {
 

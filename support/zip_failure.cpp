@@ -1,6 +1,6 @@
 #include "support/zip_failure.h"
 
-#include "win32/text.h"
+#include "win32/base/text.h"
 
 namespace support {
 

@@ -6,7 +6,7 @@
 
 #include <zip.h>
 
-#include "win32/error.h"
+#include "win32/base/error.h"
 
 namespace support {
 

@@ -3,7 +3,7 @@
 #include <optional>
 
 #include "support/zip_source_base.h"
-#include "win32/files.h"
+#include "win32/files/files.h"
 
 namespace support {
 

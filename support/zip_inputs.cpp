@@ -4,8 +4,8 @@
 #include <utility>
 
 #include "support/zip_names.h"
-#include "win32/error.h"
-#include "win32/text.h"
+#include "win32/base/error.h"
+#include "win32/base/text.h"
 
 namespace support {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "win32/file_search.h"
+#include "win32/files/file_search.h"
 
 namespace support {
 

@@ -4,7 +4,7 @@
 
 #include "support/zip_names.h"
 #include "support/zip_source.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
 
 namespace support {
 

@@ -4,8 +4,8 @@
 
 #include <cstring>
 
-#include "win32/com.h"
-#include "win32/flavour.h"
+#include "win32/base/flavour.h"
+#include "win32/com/com.h"
 
 int main(int count, char** arguments) {
     for (int i = 1; i < count; ++i) {

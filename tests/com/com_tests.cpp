@@ -6,9 +6,9 @@
 #include "helmkit.h"
 #include "qlncustom.h"
 #include "tests/support/temp_folder.h"
-#include "win32/com.h"
-#include "win32/handle.h"
-#include "win32/system.h"
+#include "win32/base/handle.h"
+#include "win32/com/com.h"
+#include "win32/system/system.h"
 
 namespace {
 

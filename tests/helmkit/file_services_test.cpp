@@ -4,8 +4,8 @@
 
 #include "tests/support/objects.h"
 #include "tests/support/temp_folder.h"
-#include "win32/files.h"
-#include "win32/flavour.h"
+#include "win32/base/flavour.h"
+#include "win32/files/files.h"
 
 namespace {
 

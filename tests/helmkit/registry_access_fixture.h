@@ -6,7 +6,7 @@
 #include "helmkit/registry_access.h"
 #include "tests/support/objects.h"
 #include "tests/support/registry_fixture.h"
-#include "win32/flavour.h"
+#include "win32/base/flavour.h"
 
 namespace registry_test {
 

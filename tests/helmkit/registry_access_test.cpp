@@ -1,6 +1,6 @@
 // Reading, listing and writing.
 #include "tests/helmkit/registry_access_fixture.h"
-#include "win32/utf16_bytes.h"
+#include "win32/base/utf16_bytes.h"
 
 using namespace registry_test;
 

@@ -2,8 +2,8 @@
 #include <algorithm>
 
 #include "tests/helmkit/registry_access_fixture.h"
-#include "win32/system.h"
-#include "win32/utf16_bytes.h"
+#include "win32/base/utf16_bytes.h"
+#include "win32/system/system.h"
 
 using namespace registry_test;
 

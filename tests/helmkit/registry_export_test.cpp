@@ -6,9 +6,9 @@
 #include "tests/support/objects.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/scripted_desktop.h"
-#include "win32/flavour.h"
-#include "win32/registry.h"
-#include "win32/utf16_bytes.h"
+#include "win32/base/flavour.h"
+#include "win32/base/utf16_bytes.h"
+#include "win32/registry/registry.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include <doctest/doctest.h>
 
-#include "win32/flavour.h"
-#include "win32/registry.h"
-#include "win32/system.h"
+#include "win32/base/flavour.h"
+#include "win32/registry/registry.h"
+#include "win32/system/system.h"
 
 // In the real hive: only its software branch has two views.
 TEST_CASE("a 32-bit program on 64-bit Windows works on the branch that the system sees") {

@@ -4,9 +4,9 @@
 
 #include "tests/support/objects.h"
 #include "tests/support/scripted_desktop.h"
-#include "win32/environment.h"
-#include "win32/files.h"
-#include "win32/system.h"
+#include "win32/files/files.h"
+#include "win32/system/environment.h"
+#include "win32/system/system.h"
 
 namespace {
 

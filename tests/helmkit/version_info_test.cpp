@@ -3,9 +3,9 @@
 #include "helmkit/system_services.h"
 #include "tests/support/objects.h"
 #include "tests/support/temp_folder.h"
-#include "win32/system.h"
-#include "win32/utf16_bytes.h"
-#include "win32/version_resource.h"
+#include "win32/base/utf16_bytes.h"
+#include "win32/files/version_resource.h"
+#include "win32/system/system.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <doctest/doctest.h>
 
 #include "helmkit/registry_text.h"
-#include "win32/utf16_bytes.h"
+#include "win32/base/utf16_bytes.h"
 
 using namespace std::string_literals;
 

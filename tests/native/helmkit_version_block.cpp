@@ -2,8 +2,8 @@
 
 #include <random>
 
-#include "win32/utf16_bytes.h"
-#include "win32/version_block.h"
+#include "win32/base/utf16_bytes.h"
+#include "win32/files/version_block.h"
 
 using namespace std::string_literals;
 

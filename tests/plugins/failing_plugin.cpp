@@ -1,7 +1,7 @@
 // A plug-in whose Init raises: the start goes on past it.
 #include "qlncustom.h"
-#include "win32/com_server.h"
-#include "win32/dll/exports.h"
+#include "win32/com/com_server.h"
+#include "win32/com/dll/exports.h"
 
 namespace {
 

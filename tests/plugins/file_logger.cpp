@@ -1,9 +1,9 @@
 #include "tests/plugins/file_logger.h"
 
-#include "win32/com_server.h"
-#include "win32/files.h"
-#include "win32/system.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/com/com_server.h"
+#include "win32/files/files.h"
+#include "win32/system/system.h"
 
 namespace {
 

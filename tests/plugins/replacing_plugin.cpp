@@ -1,8 +1,8 @@
 // QLNCustom.dll as somebody else might write it.
 #include "qlncustom.h"
 #include "tests/plugins/file_logger.h"
-#include "win32/com_server.h"
-#include "win32/dll/exports.h"
+#include "win32/com/com_server.h"
+#include "win32/com/dll/exports.h"
 
 namespace {
 

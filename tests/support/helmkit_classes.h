@@ -7,7 +7,7 @@
 #include <doctest/doctest.h>
 
 #include "helmkit/classes.h"
-#include "helmkit/client.h"
+#include "helmkit/client/client.h"
 
 class HelmkitClasses {
   public:

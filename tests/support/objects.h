@@ -7,7 +7,7 @@
 #include <doctest/doctest.h>
 
 #include "tests/support/text.h"
-#include "win32/com.h"
+#include "win32/com/com.h"
 
 template <class Object>
 win32::ComPtr<Object> make() {

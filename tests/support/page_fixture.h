@@ -8,10 +8,10 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/text.h"
 #include "tests/support/versioned_file.h"
-#include "win32/environment.h"
-#include "win32/list_view.h"
-#include "win32/scale.h"
-#include "win32/window.h"
+#include "win32/system/environment.h"
+#include "win32/windows/list_view.h"
+#include "win32/windows/scale.h"
+#include "win32/windows/window.h"
 
 // The parent of the pages, 400 x 300 pixels and never shown.
 class HiddenWindow : public win32::Window {

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "tests/support/reg_reader.h"
-#include "win32/utf16_bytes.h"
+#include "win32/base/utf16_bytes.h"
 
 class RandomRegistry {
   public:

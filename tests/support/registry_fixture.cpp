@@ -3,7 +3,7 @@
 #include <doctest/doctest.h>
 #include <winternl.h>
 
-#include "win32/utf16_bytes.h"
+#include "win32/base/utf16_bytes.h"
 
 namespace {
 

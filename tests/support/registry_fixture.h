@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "win32/handle.h"
+#include "win32/base/handle.h"
 
 class RegistryFixture {
   public:

@@ -7,8 +7,8 @@
 
 #include <doctest/doctest.h>
 
-#include "win32/desktop.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/system/desktop.h"
 
 // In force from its making to its end. Time, version and cursor stand still until a test moves them; every
 // other question takes the next answer of its queue and is recorded. A question without an answer fails the

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client.h"
+#include "helmkit/client/client.h"
 
 // The part of COM that a fixture's own objects do not need: they outlive their users and are called early.
 template <class Interface>

@@ -2,7 +2,7 @@
 
 #include <doctest/doctest.h>
 
-#include "win32/handle.h"
+#include "win32/base/handle.h"
 
 namespace {
 

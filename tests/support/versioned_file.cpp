@@ -2,8 +2,8 @@
 
 #include <doctest/doctest.h>
 
-#include "win32/platform.h"
-#include "win32/system.h"
+#include "win32/base/platform.h"
+#include "win32/system/system.h"
 
 namespace {
 

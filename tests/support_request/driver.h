@@ -5,9 +5,9 @@
 #include <string>
 #include <vector>
 
-#include "win32/error.h"
-#include "win32/flavour.h"
-#include "win32/text.h"
+#include "win32/base/error.h"
+#include "win32/base/flavour.h"
+#include "win32/base/text.h"
 
 inline std::vector<std::wstring> argumentList() {
     int count = 0;

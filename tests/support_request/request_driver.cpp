@@ -3,10 +3,10 @@
 //     request_driver ENDPOINT CATEGORY [flavour=F] [temp=FOLDER] [NAME=VALUE]...
 //
 // Values of one name that stand together become one parameter with several values.
-#include "helmkit/client.h"
+#include "helmkit/client/client.h"
 #include "support/cl.h"
 #include "tests/support_request/driver.h"
-#include "win32/environment.h"
+#include "win32/system/environment.h"
 
 namespace {
 

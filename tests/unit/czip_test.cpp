@@ -6,9 +6,9 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/text.h"
 #include "tests/support/zip_listing.h"
-#include "win32/error.h"
-#include "win32/handle.h"
-#include "win32/text.h"
+#include "win32/base/error.h"
+#include "win32/base/handle.h"
+#include "win32/base/text.h"
 
 namespace {
 

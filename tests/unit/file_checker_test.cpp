@@ -6,8 +6,8 @@
 #include "files/file_properties.h"
 #include "files/windows_folders.h"
 #include "tests/support/page_fixture.h"
-#include "win32/files.h"
-#include "win32/system.h"
+#include "win32/files/files.h"
+#include "win32/system/system.h"
 
 namespace {
 

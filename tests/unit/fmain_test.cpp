@@ -7,7 +7,7 @@
 #include "app/component_check.h"
 #include "app/main_menu.h"
 #include "tests/support/page_fixture.h"
-#include "win32/system.h"
+#include "win32/system/system.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include "startup/ucRun.h"
 #include "startup/ucWinlogon.h"
 #include "tests/support/page_fixture.h"
-#include "win32/file_search.h"
-#include "win32/files.h"
-#include "win32/flavour.h"
-#include "win32/utf16_bytes.h"
+#include "win32/base/flavour.h"
+#include "win32/base/utf16_bytes.h"
+#include "win32/files/file_search.h"
+#include "win32/files/files.h"
 
 namespace {
 

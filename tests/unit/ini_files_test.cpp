@@ -1,10 +1,10 @@
 #include <doctest/doctest.h>
 
-#include "startup/IniFiles.h"
+#include "startup/ini_files.h"
 #include "tests/support/helmkit_classes.h"
 #include "tests/support/temp_folder.h"
-#include "win32/error.h"
-#include "win32/handle.h"
+#include "win32/base/error.h"
+#include "win32/base/handle.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 
 #include "startup/ucServices.h"
 #include "tests/support/text.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <string>
 
 #include "tests/support/text.h"
-#include "win32/handle.h"
-#include "win32/system.h"
+#include "win32/base/handle.h"
+#include "win32/system/system.h"
 
 namespace {
 

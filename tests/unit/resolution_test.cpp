@@ -5,7 +5,7 @@
 #include "app/FMain.h"
 #include "resources/resource_ids.h"
 #include "tests/support/page_fixture.h"
-#include "win32/resources.h"
+#include "win32/system/resources.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "startup/browser_checks.h"
 #include "startup/ucOther.h"
 #include "tests/support/page_fixture.h"
-#include "win32/system.h"
+#include "win32/system/system.h"
 
 namespace {
 

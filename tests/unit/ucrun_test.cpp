@@ -3,8 +3,8 @@
 #include "files/windows_folders.h"
 #include "startup/ucRun.h"
 #include "tests/support/page_fixture.h"
-#include "win32/files.h"
-#include "win32/registry.h"
+#include "win32/files/files.h"
+#include "win32/registry/registry.h"
 
 namespace {
 

@@ -2,8 +2,8 @@
 
 #include "startup/ucServices.h"
 #include "tests/support/page_fixture.h"
-#include "win32/files.h"
-#include "win32/text.h"
+#include "win32/base/text.h"
+#include "win32/files/files.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "startup/protected_libraries.h"
 #include "startup/ucWinlogon.h"
 #include "tests/support/page_fixture.h"
-#include "win32/files.h"
+#include "win32/files/files.h"
 
 namespace {
 

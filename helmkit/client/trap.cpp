@@ -1,0 +1,13 @@
+#include "helmkit/client/trap.h"
+
+namespace helmkit {
+
+void logCaught(const Logger& logger, const std::wstring& source, LONG level) noexcept {
+    win32::Error error = win32::currentError();
+    try {
+        logger.WriteLog(error.number, error.description, level, source);
+    } catch (...) {
+    }
+}
+
+}  // namespace helmkit

@@ -1,0 +1,19 @@
+#include "resources/messages.h"
+
+#include "helmkit/client/client.h"
+#include "win32/system/desktop.h"
+#include "win32/system/resources.h"
+#include "win32/windows/window.h"
+
+namespace startup {
+
+std::wstring messageText(int number, const std::vector<std::wstring>& arguments) {
+    return helmkit::systemServices().FormatMessage(win32::loadString(number), arguments);
+}
+
+int showMessage(HWND window, int number, UINT style, const std::vector<std::wstring>& arguments) {
+    return win32::desktop().messageBox(win32::topLevelOf(window), messageText(number, arguments),
+                                       win32::loadString(STRING_PRODUCT), style);
+}
+
+}  // namespace startup

@@ -1,0 +1,50 @@
+#include "win32/com/automation.h"
+
+namespace win32 {
+
+namespace {
+
+// The headers ask for a value that may be written to; it is only read.
+Variant converted(const VARIANT& value, VARTYPE type) {
+    Variant result;
+    check(::VariantChangeTypeEx(&result, const_cast<VARIANT*>(&value), LOCALE_NEUTRAL, 0, type));
+    return result;
+}
+
+}  // namespace
+
+ComPtr<IDispatch> createByName(const wchar_t* programId) {
+    CLSID clsid;
+    ComPtr<IDispatch> object;
+    if (FAILED(::CLSIDFromProgID(programId, &clsid))) return object;
+    ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
+                       reinterpret_cast<void**>(object.out()));
+    return object;
+}
+
+Variant propertyOf(IDispatch* object, const wchar_t* name) {
+    BString spelled(name);
+    BSTR names[] = {spelled.get()};
+    DISPID id;
+    check(object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_USER_DEFAULT, &id));
+    DISPPARAMS none = {};
+    Variant value;
+    // Not told in full, an exception comes back as DISP_E_EXCEPTION.
+    check(object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_PROPERTYGET, &none, value.out(), nullptr,
+                         nullptr));
+    return value;
+}
+
+LONG numberOf(IDispatch* object, const wchar_t* name) {
+    return converted(propertyOf(object, name), VT_I4).lVal;
+}
+
+std::wstring textOf(IDispatch* object, const wchar_t* name) {
+    return valueText(propertyOf(object, name));
+}
+
+std::wstring valueText(const VARIANT& value) {
+    return std::wstring(BString::view(converted(value, VT_BSTR).bstrVal));
+}
+
+}  // namespace win32

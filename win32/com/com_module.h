@@ -1,0 +1,33 @@
+// What a DLL with COM classes exports, from one table of its classes.
+#pragma once
+
+#include <cstddef>
+
+#include "win32/base/platform.h"
+
+namespace win32 {
+
+struct ComClass {
+    const CLSID* clsid;
+    const wchar_t* progId;  // "Helmkit.LogWriter"
+    // Makes an object and gives one reference to it, through the interface asked for.
+    HRESULT (*create)(REFIID wanted, void** object);
+};
+
+struct ComModule {
+    const ComClass* classes;
+    size_t count;
+    const GUID* library;  // of its type library, whose version is libraryMajor.libraryMinor
+    WORD libraryMajor, libraryMinor;
+};
+
+// DllGetClassObject and DllCanUnloadNow.
+HRESULT getClassObject(const ComModule& module, REFCLSID clsid, REFIID iid, void** object) noexcept;
+HRESULT canUnloadNow() noexcept;
+
+// DllRegisterServer: classes, class names and type library, for all users. A failure takes back what was
+// written. DllUnregisterServer leaves none of it; that something is missing is no error.
+HRESULT registerModule(const ComModule& module) noexcept;
+HRESULT unregisterModule(const ComModule& module) noexcept;
+
+}  // namespace win32

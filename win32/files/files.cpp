@@ -1,0 +1,144 @@
+#include "win32/files/files.h"
+
+#include <algorithm>
+
+#include "win32/base/error.h"
+#include "win32/base/flavour.h"
+#include "win32/system/system.h"
+
+namespace win32 {
+
+namespace {
+
+const DWORD notThere = INVALID_FILE_ATTRIBUTES;
+const DWORD pathRoom = 2000;
+
+DWORD attributesOf(const std::wstring& path) {
+    NoFileRedirection off;
+    return withFlavour([&](auto f) { return f.getFileAttributes(f.in(path)); });
+}
+
+OwnedFile opened(const std::wstring& path, DWORD access, DWORD disposition) {
+    NoFileRedirection off;
+    HANDLE file = INVALID_HANDLE_VALUE;
+    DWORD error = ERROR_INVALID_NAME;
+    if (isExactName(path)) {
+        file = withFlavour([&](auto f) {
+            return noneIfNull(f.createFile(f.in(path), access, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE},
+                                           nullptr, disposition, DWORD{FILE_ATTRIBUTE_NORMAL}, nullptr));
+        });
+        error = ::GetLastError();
+    }
+    if (file == INVALID_HANDLE_VALUE) raiseWin32(error, path);
+    return OwnedFile(file);
+}
+
+uint64_t sizeOf(HANDLE file, const std::wstring& path) {
+    DWORD high = 0;
+    ::SetLastError(ERROR_SUCCESS);
+    DWORD low = ::GetFileSize(file, &high);
+    if (low == INVALID_FILE_SIZE && ::GetLastError() != ERROR_SUCCESS) raiseLastError(path);
+    return static_cast<uint64_t>(high) << 32 | low;
+}
+
+}  // namespace
+
+NoFileRedirection::NoFileRedirection() {
+    using Disable = BOOL(WINAPI*)(void**);
+    static const auto disable =
+        isRedirected() ? systemProcedure<Disable>(L"kernel32.dll", "Wow64DisableWow64FsRedirection")
+                       : nullptr;
+    isOff_ = disable && disable(&before_);
+}
+
+NoFileRedirection::~NoFileRedirection() {
+    if (!isOff_) return;
+    using Revert = BOOL(WINAPI*)(void*);
+    // Looked up in a loaded library: nothing may be loaded while the redirection is off.
+    static const auto revert = reinterpret_cast<Revert>(reinterpret_cast<void*>(
+        ::GetProcAddress(::GetModuleHandleA("kernel32.dll"), "Wow64RevertWow64FsRedirection")));
+    DWORD error = ::GetLastError();
+    if (revert) revert(before_);
+    ::SetLastError(error);
+}
+
+bool fileExists(const std::wstring& path) {
+    DWORD attributes = isExactName(path) ? attributesOf(path) : notThere;
+    return attributes != notThere && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+void createFolder(const std::wstring& path) {
+    if (!isExactName(path)) raiseWin32(ERROR_INVALID_NAME, path);
+    NoFileRedirection off;
+    if (withFlavour([&](auto f) { return f.createDirectory(f.in(path), nullptr); })) return;
+    DWORD error = ::GetLastError();
+    DWORD attributes = attributesOf(path);
+    if (attributes == notThere || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) raiseWin32(error, path);
+}
+
+FileReader::FileReader(const std::wstring& path)
+    : path_(path), file_(opened(path, GENERIC_READ, OPEN_EXISTING)), size_(sizeOf(file_.get(), path)) {}
+
+void FileReader::skipTo(uint64_t offset) {
+    LONG high = static_cast<LONG>(offset >> 32);
+    ::SetLastError(ERROR_SUCCESS);
+    DWORD low = ::SetFilePointer(file_.get(), static_cast<LONG>(offset), &high, FILE_BEGIN);
+    if (low == INVALID_SET_FILE_POINTER && ::GetLastError() != ERROR_SUCCESS) raiseLastError(path_);
+}
+
+size_t FileReader::read(void* bytes, size_t count) {
+    const size_t most = 1 << 20;
+    size_t done = 0;
+    while (done < count) {
+        DWORD got = 0;
+        DWORD wanted = static_cast<DWORD>(std::min(count - done, most));
+        if (!::ReadFile(file_.get(), static_cast<char*>(bytes) + done, wanted, &got, nullptr))
+            raiseLastError(path_);
+        if (got == 0) break;
+        done += got;
+    }
+    return done;
+}
+
+// The right to append alone makes every write go to the end; Windows 9x knows no such right.
+AppendFile::AppendFile(const std::wstring& path)
+    : path_(path),
+      file_(opened(path, flavour() == Flavour::wide ? FILE_APPEND_DATA | SYNCHRONIZE : GENERIC_WRITE,
+                   OPEN_ALWAYS)) {}
+
+void AppendFile::write(const std::string& bytes) {
+    if (flavour() == Flavour::ansi) ::SetFilePointer(file_.get(), 0, nullptr, FILE_END);
+    DWORD size = static_cast<DWORD>(bytes.size());
+    DWORD written = 0;
+    if (!::WriteFile(file_.get(), bytes.data(), size, &written, nullptr)) raiseLastError(path_);
+    if (written != size) raiseWin32(ERROR_DISK_FULL, path_);
+}
+
+std::wstring searchPath(const std::wstring& name) {
+    if (!isExactName(name)) return {};
+    NoFileRedirection off;
+    return withFlavour([&](auto f) {
+        using F = decltype(f);
+        TextBuffer<F> buffer(pathRoom);
+        typename F::Char* file = nullptr;
+        DWORD length = f.searchPath(nullptr, f.in(name), nullptr, pathRoom, buffer.data(), &file);
+        return length < pathRoom ? buffer.text(length) : std::wstring();
+    });
+}
+
+std::wstring longPath(const std::wstring& path) {
+    if (!isExactName(path)) return {};
+    return withFlavour([&](auto f) {
+        using F = decltype(f);
+        using GetLongPathName = DWORD(WINAPI*)(const typename F::Char*, typename F::Char*, DWORD);
+        static const auto getLongPathName = systemProcedure<GetLongPathName>(
+            L"kernel32.dll", F::isWide ? "GetLongPathNameW" : "GetLongPathNameA");
+        if (!getLongPathName) return std::wstring();
+        NoFileRedirection off;
+        TextBuffer<F> buffer(pathRoom);
+        DWORD length = getLongPathName(f.in(path), buffer.data(), pathRoom);
+        return length < pathRoom ? buffer.text(length) : std::wstring();
+    });
+}
+
+}  // namespace win32

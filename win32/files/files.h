@@ -1,0 +1,77 @@
+// Files and folders. Failures are thrown as Errors that name the path, except where a header says otherwise.
+//
+// A path that Windows would take for another one, with a NUL or, in the ANSI flavour, with a character that
+// the code page lacks, names nothing that is there, and cannot be made.
+//
+// A 32-bit program on 64-bit Windows is shown another system folder; everything here looks at the real one.
+#pragma once
+
+#include <cstdint>
+#include <string>
+
+#include "win32/base/handle.h"
+
+namespace win32 {
+
+// Shows a redirected program the real system folder, in this thread, for the lifetime of the object; does
+// nothing elsewhere. Only around looking at files: Windows must not load a library meanwhile.
+class NoFileRedirection {
+  public:
+    NoFileRedirection();
+    ~NoFileRedirection();
+    NoFileRedirection(const NoFileRedirection&) = delete;
+    NoFileRedirection& operator=(const NoFileRedirection&) = delete;
+
+  private:
+    void* before_ = nullptr;
+    bool isOff_ = false;
+};
+
+// True for a file, false for a folder, for nothing there and for what may not be looked at.
+bool fileExists(const std::wstring& path);
+
+// Makes one folder; one that is there is no error, a file of that name is.
+void createFolder(const std::wstring& path);
+
+// A file open for reading, others may read and write it meanwhile.
+class FileReader {
+  public:
+    explicit FileReader(const std::wstring& path);
+    uint64_t size() const { return size_; }  // in bytes, as it was at opening
+    void skipTo(uint64_t offset);
+    // Reads up to `count` bytes, fewer only at the end of the file.
+    size_t read(void* bytes, size_t count);
+
+  private:
+    std::wstring path_;
+    OwnedFile file_;
+    uint64_t size_ = 0;
+};
+
+// Writes the file whole or not at all: on failure the old one is there as it was, and nothing else. A file
+// that is replaced keeps its attributes and, on the NT family, its access rights; a read-only one is refused.
+void replaceFile(const std::wstring& path, const std::string& bytes);
+
+// A file open for appending, made if absent. Others may read and append meanwhile: on the NT family each
+// write goes to the end at that moment.
+class AppendFile {
+  public:
+    AppendFile() = default;
+    explicit AppendFile(const std::wstring& path);
+    void write(const std::string& bytes);
+    explicit operator bool() const { return static_cast<bool>(file_); }
+
+  private:
+    std::wstring path_;
+    OwnedFile file_;
+};
+
+// What SearchPath finds without a path and an extension of its own; empty when it finds nothing or 2000
+// characters or more.
+std::wstring searchPath(const std::wstring& name);
+
+// The long form of a path; empty when it does not exist, takes 2000 characters or more, or Windows (95, NT 4)
+// cannot tell.
+std::wstring longPath(const std::wstring& path);
+
+}  // namespace win32

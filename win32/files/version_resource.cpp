@@ -1,0 +1,95 @@
+#include "win32/files/version_resource.h"
+
+#include <algorithm>
+
+#include "win32/base/flavour.h"
+#include "win32/files/files.h"
+#include "win32/files/version_block.h"
+
+namespace win32 {
+
+namespace {
+
+// The room that Windows asks for is believed up to what a resource can hold: its lengths are 16-bit numbers.
+const DWORD largestBlock = 1 << 20;
+
+// Windows believes the lengths in a block, 16-bit numbers: it reads, and for ANSI texts writes, up to twice
+// 64 KiB further on. Behind each block there is that much room.
+const size_t roomBehind = 3 << 16;
+
+OwnedPages readBlock(const std::wstring& path, size_t& room) {
+    if (path.empty() || !isExactName(path)) return {};
+    NoFileRedirection off;
+    return withFlavour([&](auto f) {
+        DWORD ignored = 0;
+        DWORD size = f.getFileVersionInfoSize(f.in(path), &ignored);
+        if (size == 0 || size > largestBlock) return OwnedPages();
+        room = size + roomBehind;
+        // Pages of zeros, of which only those that are touched cost anything.
+        OwnedPages block(::VirtualAlloc(nullptr, room, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+        bool isRead = block && f.getFileVersionInfo(f.in(path), DWORD{0}, size, block.get());
+        return isRead ? std::move(block) : OwnedPages();
+    });
+}
+
+// What VerQueryValue points at, and how many items it may hold within the block. The length it tells is
+// a number of characters for strings and of bytes for the rest.
+template <class Item, class F>
+bool queried(F f, std::string_view block, const std::wstring& path, const Item*& items, size_t& count) {
+    void* found = nullptr;
+    UINT length = 0;
+    if (block.empty() || !f.verQueryValue(block.data(), f.in(path), &found, &length) || !found) return false;
+    auto* first = static_cast<const char*>(found);
+    const char* end = block.data() + block.size();
+    if (first < block.data() || first > end) return false;
+    items = reinterpret_cast<const Item*>(first);
+    count = std::min<size_t>(length, (end - first) / sizeof(Item));
+    return true;
+}
+
+std::string translationBytes(std::string_view block) {
+    return withFlavour([&](auto f) {
+        const char* bytes = nullptr;
+        size_t count = 0;
+        if (!queried(f, block, L"\\VarFileInfo\\Translation", bytes, count)) return std::string();
+        return std::string(bytes, count);
+    });
+}
+
+bool isBlank(const std::wstring& text) {
+    return text.find_first_not_of(L" \t\r\n") == std::wstring::npos;
+}
+
+}  // namespace
+
+VersionResource::VersionResource(const std::wstring& path, LANGID userLanguage)
+    : pages_(readBlock(path, room_)),
+      block_(static_cast<const char*>(pages_.get()), pages_ ? room_ : 0),
+      tables_(tableOrder(translationsOf(translationBytes(block_)), userLanguage, stringTableKeys(block_))) {}
+
+std::optional<std::wstring> VersionResource::string(const std::wstring& name) const {
+    std::optional<std::wstring> blank;
+    if (block_.empty()) return blank;
+    for (const std::wstring& table : tables_) {
+        std::optional<std::wstring> text = stringOf(table, name);
+        if (text && !isBlank(*text)) return text;
+        if (text && !blank) blank = text;
+    }
+    return blank;
+}
+
+std::optional<std::wstring> VersionResource::stringOf(const std::wstring& table,
+                                                      const std::wstring& name) const {
+    // An empty name would ask for the table itself, whose data is no text.
+    if (name.empty() || name.find(L'\\') != std::wstring::npos || name.find(L'\0') != std::wstring::npos)
+        return {};
+    return withFlavour([&](auto f) -> std::optional<std::wstring> {
+        using F = decltype(f);
+        const typename F::Char* characters = nullptr;
+        size_t count = 0;
+        if (!queried(f, block_, L"\\StringFileInfo\\" + table + L'\\' + name, characters, count)) return {};
+        return F::out(characters, std::find(characters, characters + count, typename F::Char{}) - characters);
+    });
+}
+
+}  // namespace win32

@@ -1,0 +1,34 @@
+// The strings of a file's version resource.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "win32/base/handle.h"
+#include "win32/base/platform.h"
+
+namespace win32 {
+
+class VersionResource {
+  public:
+    // Reads the file's version block once. A file that is missing or has none gives an object without
+    // strings.
+    explicit VersionResource(const std::wstring& path, LANGID userLanguage = ::GetUserDefaultLangID());
+
+    // The string of that name (letter case does not matter) up to its first NUL, from the first table where
+    // it is not blank, so that a table that is named but missing or empty hides nothing. Blank only when it
+    // is blank in every table that has it; none when no table has it.
+    std::optional<std::wstring> string(const std::wstring& name) const;
+
+  private:
+    std::optional<std::wstring> stringOf(const std::wstring& table, const std::wstring& name) const;
+
+    size_t room_ = 0;
+    OwnedPages pages_;
+    std::string_view block_;  // all of the pages' room
+    std::vector<std::wstring> tables_;
+};
+
+}  // namespace win32

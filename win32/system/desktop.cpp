@@ -1,0 +1,100 @@
+#include "win32/system/desktop.h"
+
+#include <utility>
+
+#include "win32/base/flavour.h"
+#include "win32/base/handle.h"
+
+namespace win32 {
+
+namespace {
+
+class RealDesktop : public Desktop {
+  public:
+    int messageBox(HWND owner, const std::wstring& text, const std::wstring& title, UINT style) override {
+        return withFlavour([&](auto f) { return f.messageBox(owner, f.in(text), f.in(title), style); });
+    }
+
+    UINT popUpMenu(HMENU menu, POINT position, HWND owner) override {
+        return ::TrackPopupMenu(menu, TPM_RETURNCMD | TPM_RIGHTBUTTON, position.x, position.y, 0, owner,
+                                nullptr);
+    }
+
+    bool startProgram(const std::wstring& application, const std::wstring& commandLine) override {
+        if (!isExactName(application) || !isExactName(commandLine)) return false;
+        return withFlavour([&](auto f) {
+            using F = decltype(f);
+            typename F::StartupInfo startup = {};
+            startup.cb = sizeof startup;
+            startup.dwFlags = STARTF_USESHOWWINDOW;
+            startup.wShowWindow = SW_SHOWNORMAL;
+            // CreateProcess writes into the command line, so it gets one of its own.
+            typename F::String line = textOf<F>(commandLine);
+            PROCESS_INFORMATION process = {};
+            bool started = application.empty()
+                               ? f.createProcess(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
+                                                 nullptr, &startup, &process)
+                               : f.createProcess(f.in(application), line.data(), nullptr, nullptr, FALSE, 0,
+                                                 nullptr, nullptr, &startup, &process);
+            OwnedObject processHandle(process.hProcess), threadHandle(process.hThread);
+            return started;
+        });
+    }
+
+    void openFolder(HWND owner, const std::wstring& path) override {
+        if (!isExactName(path)) return;
+        withFlavour([&](auto f) {
+            f.shellExecute(owner, f.in(L"open"), f.in(path), nullptr, nullptr, SW_SHOWNORMAL);
+        });
+    }
+
+    bool shellExecute(const ShellRequest& request) override {
+        if (!isExactName(request.file)) return false;
+        return withFlavour([&](auto f) {
+            using F = decltype(f);
+            auto verb = f.in(request.verb);
+            auto file = f.in(request.file);
+            typename F::ShellExecuteInfo record = {};
+            record.cbSize = sizeof record;
+            record.fMask = request.mask;
+            record.hwnd = request.owner;
+            record.lpVerb = verb;
+            record.lpFile = file;
+            record.nShow = request.show;
+            bool accepted = f.shellExecuteEx(&record);
+            OwnedObject process(record.hProcess);
+            return accepted;
+        });
+    }
+
+    SYSTEMTIME localTime() override {
+        SYSTEMTIME now;
+        ::GetLocalTime(&now);
+        return now;
+    }
+
+    DWORD tickCount() override { return ::GetTickCount(); }
+
+    DWORD version() override { return ::GetVersion(); }
+
+    POINT cursorPosition() override {
+        POINT position = {};
+        ::GetCursorPos(&position);
+        return position;
+    }
+};
+
+RealDesktop real;
+Desktop* current = &real;
+
+}  // namespace
+
+Desktop& desktop() {
+    return *current;
+}
+
+Desktop* setDesktop(Desktop* desktop) {
+    return std::exchange(current, desktop ? desktop : &real);
+}
+
+}  // namespace win32
