@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client/client.h"
+#include "helmkit/client/logger.h"
 #include "helmkit/client/trap.h"
 #include "startup/StartupListControl.h"
 #include "support/ucHelp.h"

@@ -1,4 +1,8 @@
 #include "app/FMain.h"
+#include "helmkit/client/file_services.h"
+#include "helmkit/client/logger.h"
+#include "helmkit/client/registry_access.h"
+#include "helmkit/client/system_services.h"
 #include "resources/messages.h"
 #include "resources/resource_ids.h"
 #include "win32/base/text.h"

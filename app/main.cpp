@@ -1,6 +1,6 @@
 
 #include "app/FMain.h"
-#include "helmkit/client/client.h"
+#include "helmkit/client/shared_services.h"
 #include "win32/com/com.h"
 #include "win32/system/desktop.h"
 #include "win32/system/environment.h"

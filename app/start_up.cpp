@@ -3,6 +3,7 @@
 #include "app/FMain.h"
 #include "app/component_check.h"
 #include "build_settings.h"
+#include "helmkit/client/logger.h"
 #include "resources/resource_ids.h"
 #include "win32/system/date_time.h"
 #include "win32/system/desktop.h"

@@ -1,4 +1,6 @@
 #include "app/FMain.h"
+#include "helmkit/client/logger.h"
+#include "helmkit/client/system_services.h"
 
 namespace app {
 

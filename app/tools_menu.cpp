@@ -2,9 +2,12 @@
 #include "app/FMain.h"
 #include "build_settings.h"
 #include "files/explorer.h"
-#include "files/windows_folders.h"
+#include "helmkit/client/file_services.h"
+#include "helmkit/client/registry_access.h"
 #include "resources/messages.h"
 #include "resources/resource_ids.h"
+#include "win32/base/path.h"
+#include "win32/base/text.h"
 #include "win32/system/desktop.h"
 
 namespace app {
@@ -26,7 +29,7 @@ std::wstring installedProgram(const std::wstring& product, const std::wstring& p
     std::wstring path =
         registry.ReadValue(helmkit::HKLM, L"SOFTWARE\\Mardelix\\" + product, L"InstallPath").data;
     if (path.empty()) return {};
-    path = files::withBackslash(path) + programFile;
+    path = win32::withBackslash(path) + programFile;
     return helmkit::fileServices().FileExists(path) ? path : std::wstring();
 }
 

@@ -2,6 +2,7 @@
 #include "bench/floor/floors.h"
 #include "bench/floor/registry.h"
 #include "bench/page.h"
+#include "helmkit/client/logger.h"
 #include "startup/ucRun.h"
 
 namespace bench {

@@ -1,4 +1,5 @@
 #include "bench/page.h"
+#include "helmkit/client/logger.h"
 
 namespace bench {
 

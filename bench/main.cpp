@@ -12,7 +12,7 @@
 #include "bench/figures.h"
 #include "bench/memory.h"
 #include "bench/start_entries.h"
-#include "helmkit/client/client.h"
+#include "helmkit/client/shared_services.h"
 #include "tests/support/temp_folder.h"
 #include "win32/base/text.h"
 #include "win32/com/com.h"

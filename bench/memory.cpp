@@ -8,6 +8,7 @@
 #include "bench/floor/floors.h"
 #include "bench/page.h"
 #include "bench/processes.h"
+#include "helmkit/client/logger.h"
 #include "startup/ucRun.h"
 
 namespace bench {

@@ -5,6 +5,7 @@
 #include "bench/figures.h"
 #include "bench/floor/list.h"
 #include "bench/rounds.h"
+#include "helmkit/client/logger.h"
 #include "startup/StartupListControl.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/scripted_desktop.h"

@@ -1,7 +1,8 @@
 #include "files/CFileChecker.h"
 
 #include "files/command_line.h"
-#include "files/windows_folders.h"
+#include "win32/base/ascii.h"
+#include "win32/base/path.h"
 #include "win32/base/text.h"
 #include "win32/files/files.h"
 #include "win32/system/desktop.h"
@@ -17,7 +18,7 @@ std::vector<std::wstring> foldersOf(const std::wstring& path) {
     std::vector<std::wstring> folders;
     for (size_t at = 0; at <= path.size();) {
         size_t end = std::min(path.find(L';', at), path.size());
-        folders.push_back(withBackslash(path.substr(at, end - at)));
+        folders.push_back(win32::withBackslash(path.substr(at, end - at)));
         at = end + 1;
     }
     return folders;
@@ -40,7 +41,7 @@ std::wstring CFileChecker::GetFileNameFromCommandLine(const std::wstring& cl) co
 std::wstring CFileChecker::GetFullFileNameFromShortFilename(const std::wstring& fileName) {
     if (auto known = cache_.find(fileName)) return *std::move(known);
     std::wstring trimmed = win32::trimmed(fileName);
-    bool isNative = trimmed.compare(0, nativePrefix.size(), nativePrefix) == 0;
+    bool isNative = win32::beginsWith(trimmed, nativePrefix);
     std::wstring result = resolved(isNative ? trimmed.substr(nativePrefix.size()) : trimmed);
     // Looked up as passed but stored trimmed, on purpose: a name with blanks around it is searched every
     // time.

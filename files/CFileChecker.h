@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client/client.h"
+#include "helmkit/client/records.h"
 
 namespace files {
 

@@ -2,29 +2,22 @@
 
 #include <string_view>
 
+#include "win32/base/ascii.h"
 #include "win32/base/blanks.h"
 
 namespace files {
 
 namespace {
 
+using win32::beginsWithLowered;
 using win32::withoutBlanks;
 
 const size_t npos = std::wstring_view::npos;
 
-bool beginsWith(std::wstring_view text, std::wstring_view lowerCasePrefix) {
-    if (text.size() < lowerCasePrefix.size()) return false;
-    for (size_t i = 0; i < lowerCasePrefix.size(); ++i) {
-        wchar_t c = text[i] >= L'A' && text[i] <= L'Z' ? text[i] + (L'a' - L'A') : text[i];
-        if (c != lowerCasePrefix[i]) return false;
-    }
-    return true;
-}
-
 // A full path to rundll32.exe is not recognised, on purpose: its file is rundll32.exe itself.
 bool isRundllCommand(std::wstring_view cl) {
-    return beginsWith(cl, L"rundll32") || beginsWith(cl, L"\"rundll32.exe\"") ||
-           beginsWith(cl, L"%systemroot%\\system32\\rundll32");
+    return beginsWithLowered(cl, L"rundll32") || beginsWithLowered(cl, L"\"rundll32.exe\"") ||
+           beginsWithLowered(cl, L"%systemroot%\\system32\\rundll32");
 }
 
 // Quotes around the library stay, and so does whatever follows it when there is no comma.

@@ -1,5 +1,6 @@
 #include "files/checksum.h"
-#include "helmkit/client/client.h"
+#include "helmkit/client/file_services.h"
+#include "helmkit/client/system_services.h"
 
 namespace files {
 

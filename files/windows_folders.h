@@ -9,7 +9,4 @@ namespace files {
 // family, "system\" on Windows 95, 98 and Me.
 void GetWindowsFolders(std::wstring& winDir, std::wstring& sysDir);
 
-// With a backslash at its end.
-std::wstring withBackslash(std::wstring path);
-
 }  // namespace files

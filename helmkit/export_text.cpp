@@ -1,19 +1,14 @@
 #include "helmkit/export_text.h"
 
 #include "helmkit/registry_text.h"
+#include "win32/base/hex.h"
 #include "win32/base/utf16_bytes.h"
 
 namespace helmkit {
 
 namespace {
 
-const wchar_t hexDigits[] = L"0123456789abcdef";
 const size_t foldedAt = 77;
-
-void appendHexByte(std::wstring& text, unsigned byte) {
-    text += hexDigits[byte >> 4];
-    text += hexDigits[byte & 15];
-}
 
 void appendQuoted(std::wstring& text, std::wstring_view raw) {
     text += L'"';
@@ -35,8 +30,7 @@ void appendEscaped(std::wstring& text, std::wstring_view raw) {
             continue;
         }
         text += L"\\u";
-        appendHexByte(text, c >> 8 & 0xFF);
-        appendHexByte(text, c & 0xFF);
+        win32::appendHex(text, c, 4);
     }
 }
 
@@ -51,27 +45,26 @@ bool quotable(std::string_view data, std::wstring& characters) {
 
 void appendNumber(std::wstring& text, std::string_view data) {
     text += L"dword:";
-    for (int i = 3; i >= 0; --i) appendHexByte(text, win32::byteAt(data, i));
+    for (int i = 3; i >= 0; --i) win32::appendHex(text, win32::byteAt(data, i), 2);
 }
 
 void appendType(std::wstring& text, uint32_t type) {
     text += L"hex";
     if (type != typeBinary) {
-        std::wstring digits;
-        do {
-            digits.insert(digits.begin(), hexDigits[type & 15]);
-            type >>= 4;
-        } while (type);
-        text += L'(' + digits + L')';
+        int digits = 1;
+        while (digits < 8 && type >> 4 * digits) ++digits;
+        text += L'(';
+        win32::appendHex(text, type, digits);
+        text += L')';
     }
     text += L':';
 }
 
 // Folded as the registry editor does it: after a comma, once the line has 77 characters.
-void appendHex(std::wstring& text, size_t lineStart, std::string_view data) {
+void appendBytes(std::wstring& text, size_t lineStart, std::string_view data) {
     text.reserve(text.size() + 4 * data.size());
     for (size_t i = 0; i < data.size(); ++i) {
-        appendHexByte(text, win32::byteAt(data, i));
+        win32::appendHex(text, win32::byteAt(data, i), 2);
         if (i + 1 == data.size()) break;
         text += L',';
         if (text.size() - lineStart < foldedAt) continue;
@@ -85,10 +78,6 @@ void appendHex(std::wstring& text, size_t lineStart, std::string_view data) {
 
 bool canBeWritten(std::wstring_view name) {
     return name.find_first_of(std::wstring_view(L"\0\r\n", 3)) == std::wstring_view::npos;
-}
-
-bool isTextType(uint32_t type) {
-    return type == typeString || type == typeExpandString || type == typeMultiString;
 }
 
 void appendKeyHeader(std::wstring& text, std::wstring_view key) {
@@ -113,7 +102,7 @@ void appendValue(std::wstring& text, std::wstring_view key, const ExportedValue&
         appendNumber(text, value.data);
     } else {
         appendType(text, value.type);
-        appendHex(text, lineStart, value.hexData);
+        appendBytes(text, lineStart, value.hexData);
     }
     text += L"\r\n";
 }

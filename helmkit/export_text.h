@@ -32,7 +32,4 @@ void appendOmittedKey(std::wstring& text, std::wstring_view key, std::wstring_vi
 // `; not exported: [key] "name"`.
 void appendOmittedValue(std::wstring& text, std::wstring_view key, std::wstring_view name);
 
-// True for strings, whose bytes depend on the header of the file.
-bool isTextType(uint32_t type);
-
 }  // namespace helmkit

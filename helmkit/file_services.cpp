@@ -7,10 +7,6 @@ namespace helmkit::server {
 
 namespace {
 
-std::wstring textOf(BSTR text) {
-    return std::wstring(win32::BString::view(text));
-}
-
 // Byte n is the character U+00nn; what is no byte goes through the code page.
 std::string bytesOfText(std::wstring_view text) {
     std::string bytes;
@@ -71,30 +67,32 @@ SAFEARRAY* readBytes(const std::wstring& path) {
 }  // namespace
 
 STDMETHODIMP FileServices::CreateFolder(BSTR path) {
-    return method([&] { win32::createFolder(textOf(path)); });
+    return method([&] { win32::createFolder(win32::BString::copy(path)); });
 }
 
 STDMETHODIMP FileServices::FileExists(BSTR path, VARIANT_BOOL* exists) {
-    return method(
-        [&] { win32::result(exists) = win32::fileExists(textOf(path)) ? VARIANT_TRUE : VARIANT_FALSE; });
+    return method([&] {
+        win32::result(exists) = win32::fileExists(win32::BString::copy(path)) ? VARIANT_TRUE : VARIANT_FALSE;
+    });
 }
 
 STDMETHODIMP FileServices::ReadTextFile(BSTR path, BSTR* text) {
     return method([&] {
         win32::result(text);
-        *text = readText(textOf(path)).release();
+        *text = readText(win32::BString::copy(path)).release();
     });
 }
 
 STDMETHODIMP FileServices::WriteTextFile(BSTR path, BSTR text) {
-    return method([&] { win32::replaceFile(textOf(path), bytesOfText(win32::BString::view(text))); });
+    return method(
+        [&] { win32::replaceFile(win32::BString::copy(path), bytesOfText(win32::BString::view(text))); });
 }
 
 STDMETHODIMP FileServices::ReadFileBytes(BSTR path, SAFEARRAY** bytes) {
     return method([&] {
         win32::result(bytes);
         try {
-            *bytes = readBytes(textOf(path));
+            *bytes = readBytes(win32::BString::copy(path));
         } catch (const std::exception&) {
             // Callers take a file that cannot be read as one without bytes.
             *bytes = ByteArray(0).release();

@@ -1,20 +1,10 @@
 #include "helmkit/message_arguments.h"
 
-#include "win32/com/com.h"
+#include "win32/com/automation.h"
 
 namespace helmkit {
 
 namespace {
-
-const LCID englishUnitedStates = 0x0409;
-
-std::wstring textOf(const VARIANT& given) {
-    win32::Variant value, text;
-    win32::check(::VariantCopyInd(&value, const_cast<VARIANT*>(&given)));
-    if (value.vt == VT_EMPTY || value.vt == VT_NULL || value.vt == VT_ERROR) return {};
-    win32::check(::VariantChangeTypeEx(&text, &value, englishUnitedStates, 0, VT_BSTR));
-    return std::wstring(win32::BString::view(text.bstrVal));
-}
 
 std::wstring elementText(SAFEARRAY* array, VARTYPE type, LONG position) {
     win32::Variant element;
@@ -22,7 +12,7 @@ std::wstring elementText(SAFEARRAY* array, VARTYPE type, LONG position) {
     void* place = type == VT_VARIANT ? static_cast<void*>(&element) : &element.byref;
     win32::check(::SafeArrayGetElement(array, &position, place));
     if (type != VT_VARIANT) element.vt = type;
-    return textOf(element);
+    return win32::valueText(element);
 }
 
 std::vector<std::wstring> elementTexts(SAFEARRAY* array, VARTYPE type) {
@@ -44,8 +34,8 @@ std::vector<std::wstring> messageArguments(const VARIANT& arguments) {
         SAFEARRAY* array = direct.vt & VT_BYREF ? *direct.pparray : direct.parray;
         return elementTexts(array, direct.vt & VT_TYPEMASK);
     }
-    if (direct.vt == VT_EMPTY || direct.vt == VT_NULL || direct.vt == VT_ERROR) return {};
-    return {textOf(direct)};
+    if (win32::isNothing(direct)) return {};
+    return {win32::valueText(direct)};
 }
 
 }  // namespace helmkit

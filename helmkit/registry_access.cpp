@@ -8,10 +8,6 @@ namespace helmkit::server {
 
 namespace {
 
-std::wstring textOf(BSTR text) {
-    return std::wstring(win32::BString::view(text));
-}
-
 // A hive crosses as a 32-bit number, which is sign-extended to the predefined handle.
 HKEY hiveOf(LONG number) {
     HKEY hive = reinterpret_cast<HKEY>(static_cast<LONG_PTR>(number));
@@ -47,7 +43,7 @@ STDMETHODIMP RegistryAccess::ReadValue(LONG hive, BSTR keyPath, BSTR valueName, 
         win32::result(data);
         win32::result(status);
         LONG error = query(hive, keyPath, valueName);
-        if (error && !isMissing(error)) win32::raiseWin32(error, textOf(keyPath));
+        if (error && !isMissing(error)) win32::raiseWin32(error, win32::BString::copy(keyPath));
         ValueText text = error ? ValueText{{}, readStatus(error)} : textOfValue(value_.type, value_.data);
         *data = win32::BString(text.text).release();
         *status = text.status;
@@ -57,7 +53,8 @@ STDMETHODIMP RegistryAccess::ReadValue(LONG hive, BSTR keyPath, BSTR valueName, 
 STDMETHODIMP RegistryAccess::WriteValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR data, LONG* status) {
     return method([&] {
         forgetKey();
-        win32::result(status) = writeString(hiveOf(hive), textOf(keyPath), textOf(valueName), textOf(data));
+        win32::result(status) = writeString(hiveOf(hive), win32::BString::copy(keyPath),
+                                            win32::BString::copy(valueName), win32::BString::copy(data));
     });
 }
 
@@ -65,8 +62,8 @@ STDMETHODIMP RegistryAccess::DeleteValue(LONG hive, BSTR keyPath, BSTR valueName
     return method([&] {
         forgetKey();
         win32::RegistryKey key;
-        LONG error = key.open(hiveOf(hive), textOf(keyPath), KEY_QUERY_VALUE | KEY_SET_VALUE);
-        win32::result(status) = error ? error : key.deleteValue(textOf(valueName));
+        LONG error = key.open(hiveOf(hive), win32::BString::copy(keyPath), KEY_QUERY_VALUE | KEY_SET_VALUE);
+        win32::result(status) = error ? error : key.deleteValue(win32::BString::copy(valueName));
     });
 }
 
@@ -81,7 +78,7 @@ STDMETHODIMP RegistryAccess::EnumValues(LONG hive, BSTR keyPath, IKeyedList** na
 STDMETHODIMP RegistryAccess::DeleteKey(LONG hive, BSTR keyPath, LONG* status) {
     return method([&] {
         forgetKey();
-        win32::result(status) = win32::deleteKeyTree(hiveOf(hive), textOf(keyPath));
+        win32::result(status) = win32::deleteKeyTree(hiveOf(hive), win32::BString::copy(keyPath));
     });
 }
 
@@ -89,14 +86,15 @@ STDMETHODIMP RegistryAccess::ExportKey(LONG* hive, BSTR* keyPath, BSTR* text) {
     return method([&] {
         win32::result(text);
         if (!hive || !keyPath) win32::raise(E_POINTER, L"No hive or key was given");
-        *text = win32::BString(exportKey(hiveOf(*hive), textOf(*keyPath))).release();
+        *text = win32::BString(exportKey(hiveOf(*hive), win32::BString::copy(*keyPath))).release();
     });
 }
 
 STDMETHODIMP RegistryAccess::ExportValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR* text) {
     return method([&] {
-        win32::result(text) =
-            win32::BString(exportValue(hiveOf(hive), textOf(keyPath), textOf(valueName))).release();
+        win32::result(text) = win32::BString(exportValue(hiveOf(hive), win32::BString::copy(keyPath),
+                                                         win32::BString::copy(valueName)))
+                                  .release();
     });
 }
 
@@ -104,7 +102,7 @@ STDMETHODIMP RegistryAccess::ValueType(LONG hive, BSTR keyPath, BSTR valueName, 
     return method([&] {
         win32::result(type) = -1;
         LONG error = query(hive, keyPath, valueName);
-        if (error && !isMissing(error)) win32::raiseWin32(error, textOf(keyPath));
+        if (error && !isMissing(error)) win32::raiseWin32(error, win32::BString::copy(keyPath));
         if (!error) *type = static_cast<LONG>(value_.type);
     });
 }
@@ -133,9 +131,9 @@ void RegistryAccess::listNames(LONG hive, BSTR keyPath, IKeyedList** names, List
     win32::result(names);
     std::vector<std::wstring> found;
     win32::RegistryKey key;
-    LONG error = key.open(hiveOf(hive), textOf(keyPath), KEY_READ);
+    LONG error = key.open(hiveOf(hive), win32::BString::copy(keyPath), KEY_READ);
     if (!error) error = list(key, found);
-    if (error && !isMissing(error)) win32::raiseWin32(error, textOf(keyPath));
+    if (error && !isMissing(error)) win32::raiseWin32(error, win32::BString::copy(keyPath));
     auto made = win32::ComPtr<KeyedList>::adopt(new KeyedList());
     for (std::wstring& name : found) made->append(std::move(name));
     *names = made.release();

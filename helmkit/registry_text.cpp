@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "win32/base/hex.h"
 #include "win32/base/utf16_bytes.h"
 
 namespace helmkit {
@@ -28,13 +29,11 @@ std::wstring decimal(std::string_view data, bool isBigEndian) {
 }
 
 std::wstring hexBytes(std::string_view data) {
-    const wchar_t digits[] = L"0123456789abcdef";
     std::wstring text;
     text.reserve(3 * data.size());
     for (size_t i = 0; i < data.size(); ++i) {
         if (i) text += L',';
-        text += digits[win32::byteAt(data, i) >> 4];
-        text += digits[win32::byteAt(data, i) & 15];
+        win32::appendHex(text, win32::byteAt(data, i), 2);
     }
     return text;
 }

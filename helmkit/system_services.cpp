@@ -15,10 +15,6 @@ namespace helmkit::server {
 
 namespace {
 
-std::wstring textOf(BSTR text) {
-    return std::wstring(win32::BString::view(text));
-}
-
 BSTR newString(std::wstring_view text) {
     return win32::BString(text).release();
 }
@@ -51,11 +47,12 @@ STDMETHODIMP SystemServices::FormatMessage(BSTR text, VARIANT arguments, BSTR* r
 }
 
 STDMETHODIMP SystemServices::ExpandEnvironment(BSTR text, BSTR* result) {
-    return method([&] { win32::result(result) = newString(win32::expandEnvironment(textOf(text))); });
+    return method(
+        [&] { win32::result(result) = newString(win32::expandEnvironment(win32::BString::copy(text))); });
 }
 
 STDMETHODIMP SystemServices::GetFileVersionInfo(BSTR path, IVersionInfo** info) {
-    return method([&] { win32::result(info) = new VersionInfo(textOf(path)); });
+    return method([&] { win32::result(info) = new VersionInfo(win32::BString::copy(path)); });
 }
 
 STDMETHODIMP SystemServices::GetWindowsFolder(BSTR* path) {
@@ -97,7 +94,7 @@ STDMETHODIMP SystemServices::GetTempFolder(BSTR* path) {
 STDMETHODIMP SystemServices::GetTempFileName(BSTR prefix, BSTR* path) {
     return method([&] {
         win32::result(path);
-        std::wstring begin = textOf(prefix);
+        std::wstring begin = win32::BString::copy(prefix);
         if (begin.find_first_of(std::wstring(L"\\/:*?\"<>|\0", 10)) != std::wstring::npos) {
             win32::raise(E_INVALIDARG, L"The prefix holds a character that no file name has");
         }

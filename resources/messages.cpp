@@ -1,6 +1,6 @@
 #include "resources/messages.h"
 
-#include "helmkit/client/client.h"
+#include "helmkit/client/system_services.h"
 #include "win32/system/desktop.h"
 #include "win32/system/resources.h"
 #include "win32/windows/window.h"

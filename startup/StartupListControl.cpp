@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "files/file_properties.h"
+#include "helmkit/client/file_services.h"
 #include "resources/messages.h"
 #include "resources/resource_ids.h"
 #include "win32/system/desktop.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client/client.h"
+#include "helmkit/client/logger.h"
 #include "helmkit/client/trap.h"
 #include "startup/StartupItem.h"
 #include "startup/file_descriptions.h"

@@ -1,8 +1,10 @@
 #include "startup/browser_checks.h"
 
 #include "build_settings.h"
-#include "files/windows_folders.h"
+#include "helmkit/client/system_services.h"
 #include "startup/StartupItem.h"
+#include "win32/base/ascii.h"
+#include "win32/base/path.h"
 #include "win32/base/text.h"
 #include "win32/system/desktop.h"
 
@@ -12,7 +14,7 @@ namespace {
 
 // The Windows folder is asked of the library here, where the lists take it from %windir%.
 std::wstring inSystemFolder(const std::wstring& file) {
-    std::wstring windows = files::withBackslash(helmkit::systemServices().GetWindowsFolder());
+    std::wstring windows = win32::withBackslash(helmkit::systemServices().GetWindowsFolder());
     return win32::lowered(windows + (win32::isNtFamily() ? L"system32\\" : L"system\\") + file);
 }
 
@@ -22,10 +24,6 @@ std::wstring expandedAndLowered(const std::wstring& path) {
 
 const std::wstring& okIf(bool condition) {
     return condition ? icon::protectedEntry : icon::exclamation;
-}
-
-bool beginsWith(const std::wstring& text, const std::wstring& prefix) {
-    return text.compare(0, prefix.size(), prefix) == 0;
 }
 
 }  // namespace
@@ -45,8 +43,8 @@ std::wstring startPageCheck(const std::wstring& address) {
     const std::wstring lowered = win32::lowered(address);
     const size_t makerPrefix = 24;
     return okIf(lowered == L"about:blank" || lowered == settings::portalPage ||
-                beginsWith(address, settings::homePage.substr(0, makerPrefix)) ||
-                beginsWith(address, L"res://mshtml.dll"));
+                win32::beginsWith(address, settings::homePage.substr(0, makerPrefix)) ||
+                win32::beginsWith(address, L"res://mshtml.dll"));
 }
 
 }  // namespace startup

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "helmkit/client/client.h"
+#include "helmkit/client/registry_access.h"
 
 namespace startup {
 

@@ -1,5 +1,7 @@
 #include "startup/file_descriptions.h"
 
+#include "helmkit/client/file_services.h"
+#include "helmkit/client/system_services.h"
 #include "win32/base/platform.h"
 
 namespace startup {

@@ -6,7 +6,7 @@
 #include <unordered_map>
 
 #include "files/CFileChecker.h"
-#include "helmkit/client/client.h"
+#include "helmkit/client/registry_access.h"
 
 namespace startup {
 

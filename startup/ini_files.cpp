@@ -1,6 +1,6 @@
 #include "startup/ini_files.h"
 
-#include "helmkit/client/client.h"
+#include "helmkit/client/file_services.h"
 
 namespace startup {
 

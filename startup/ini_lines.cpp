@@ -1,25 +1,14 @@
 #include "startup/ini_lines.h"
 
-#include <algorithm>
-
+#include "win32/base/ascii.h"
 #include "win32/base/blanks.h"
 
 namespace startup {
 
 namespace {
 
-wchar_t lowerLetter(wchar_t c) {
-    return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c;
-}
-
 bool isLineEnd(wchar_t c) {
     return c == L'\r' || c == L'\n';
-}
-
-bool beginsWith(std::wstring_view line, std::wstring_view key) {
-    return line.size() >= key.size() &&
-           std::equal(key.begin(), key.end(), line.begin(),
-                      [](wchar_t expected, wchar_t c) { return expected == lowerLetter(c); });
 }
 
 }  // namespace
@@ -37,7 +26,7 @@ bool IniLines::next(std::wstring_view& line) {
 
 bool isIniLine(std::wstring_view line, std::wstring_view key, std::wstring_view& rest) {
     line = win32::withoutBlanks(line);
-    if (!beginsWith(line, key)) return false;
+    if (!win32::beginsWithLowered(line, key)) return false;
     rest = win32::withoutBlanks(line.substr(key.size()));
     return true;
 }

@@ -1,6 +1,6 @@
-#include "files/windows_folders.h"
-#include "helmkit/client/client.h"
+#include "helmkit/client/system_services.h"
 #include "startup/ucRun.h"
+#include "win32/base/path.h"
 #include "win32/base/text.h"
 #include "win32/system/desktop.h"
 
@@ -27,7 +27,7 @@ const struct {
 };
 
 std::wstring programFilesFolder() {
-    return files::withBackslash(
+    return win32::withBackslash(
         win32::lowered(helmkit::systemServices().ExpandEnvironment(L"%programfiles%")));
 }
 

@@ -1,6 +1,8 @@
-#include "files/windows_folders.h"
+#include "helmkit/client/registry_access.h"
+#include "helmkit/client/system_services.h"
 #include "startup/StartupItem.h"
 #include "startup/special_places.h"
+#include "win32/base/path.h"
 #include "win32/base/text.h"
 #include "win32/files/folders.h"
 
@@ -48,7 +50,7 @@ PlaceState readStartupFolder(helmkit::RegistryAccess& registry, const SpecialPla
     // Nothing is listed for a folder that is configured nowhere, although it has an icon and a value: kept
     // so.
     if (folder.empty()) return {false, icon::ordinary, L"Invalid registry value"};
-    folder = files::withBackslash(helmkit::systemServices().ExpandEnvironment(folder));
+    folder = win32::withBackslash(helmkit::systemServices().ExpandEnvironment(folder));
     if (!win32::holdsNormalFile(folder)) return {};
     return {true, icon::ordinary, several};
 }

@@ -1,3 +1,5 @@
+#include "helmkit/client/file_services.h"
+#include "helmkit/client/registry_access.h"
 #include "startup/ini_lines.h"
 #include "startup/special_places.h"
 #include "win32/base/error.h"

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client/client.h"
+#include "helmkit/client/registry_access.h"
 #include "startup/ini_files.h"
 
 namespace startup {

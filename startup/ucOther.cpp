@@ -2,6 +2,8 @@
 
 #include "files/explorer.h"
 #include "files/windows_folders.h"
+#include "helmkit/client/logger.h"
+#include "helmkit/client/registry_access.h"
 #include "resources/messages.h"
 #include "resources/resource_ids.h"
 

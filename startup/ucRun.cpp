@@ -2,6 +2,8 @@
 
 #include "files/checksum.h"
 #include "files/windows_folders.h"
+#include "helmkit/client/registry_access.h"
+#include "helmkit/client/system_services.h"
 #include "resources/messages.h"
 #include "resources/resource_ids.h"
 #include "win32/system/resources.h"

@@ -1,6 +1,8 @@
 #include "startup/ucServices.h"
 
 #include "files/windows_folders.h"
+#include "helmkit/client/registry_access.h"
+#include "helmkit/client/system_services.h"
 #include "startup/protected_libraries.h"
 #include "win32/base/text.h"
 #include "win32/files/indirect_string.h"

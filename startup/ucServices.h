@@ -1,6 +1,7 @@
 // Services and drivers that do not belong to Windows. Nothing is ever deleted from this page.
 #pragma once
 
+#include "helmkit/client/registry_access.h"
 #include "startup/StartupListControl.h"
 #include "startup/known_good_image_paths.h"
 

@@ -1,6 +1,8 @@
 #include "startup/ucWinlogon.h"
 
 #include "files/windows_folders.h"
+#include "helmkit/client/registry_access.h"
+#include "helmkit/client/system_services.h"
 #include "resources/resource_ids.h"
 #include "startup/protected_libraries.h"
 #include "win32/system/resources.h"

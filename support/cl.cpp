@@ -3,9 +3,13 @@
 #include <algorithm>
 
 #include "build_settings.h"
+#include "helmkit/client/file_services.h"
+#include "helmkit/client/system_services.h"
 #include "support/cZip.h"
 #include "support/form_encoding.h"
 #include "support/request_parameters.h"
+#include "win32/base/path.h"
+#include "win32/base/text.h"
 #include "win32/com/automation.h"
 #include "win32/system/desktop.h"
 
@@ -28,12 +32,6 @@ class RealSurroundings : public RequestSurroundings {
 
 std::wstring element(const std::wstring& name, const std::wstring& text) {
     return L'<' + name + L'>' + helmkit::systemServices().XmlEscape(text) + L"</" + name + L'>';
-}
-
-std::wstring temporaryFolder() {
-    std::wstring folder = helmkit::systemServices().GetTempFolder();
-    if (folder.empty() || folder.back() != L'\\') folder += L'\\';
-    return folder;
 }
 
 std::wstring encodedFile(const std::wstring& path) {
@@ -92,7 +90,8 @@ bool cl::Do1(const helmkit::Logger& Log, const std::wstring& Category, IRecord* 
     std::replace(category.begin(), category.end(), L'/', L'\\');
     attempt([&] { id = helmkit::systemServices().NewUniqueId(); });
     const std::wstring text = document(category, id, o);
-    attempt([&] { xmlFile = temporaryFolder() + id + L".xml"; });
+    attempt(
+        [&] { xmlFile = win32::withBackslash(helmkit::systemServices().GetTempFolder()) + id + L".xml"; });
     attempt([&] { helmkit::fileServices().WriteTextFile(xmlFile, text); });
     attempt([&] { zipFile = helmkit::systemServices().GetTempFileName(L"sc") + L".zip"; });
     attempt([&] { zip(xmlFile, zipFile); });
@@ -166,7 +165,7 @@ LONG cl::waitForAnswer(IDispatch* request) {
     LONG state = 0;
     const auto look = [&] {
         state = 0;
-        attempt([&] { state = win32::numberOf(request, L"readyState"); });
+        attempt([&] { state = win32::numberProperty(request, L"readyState"); });
         return state;
     };
     while (look() != completed && clock.isBelow(timeOut)) {
@@ -183,10 +182,10 @@ bool cl::judge(IDispatch* request, LONG readyState, std::wstring& reason) {
         return false;
     }
     LONG status = 0;
-    attempt([&] { status = win32::numberOf(request, L"status"); });
+    attempt([&] { status = win32::numberProperty(request, L"status"); });
     if (isAccepted(status)) return !hasFailed_;
     reason.clear();
-    attempt([&] { reason = win32::textOf(request, L"statusText"); });
+    attempt([&] { reason = win32::textProperty(request, L"statusText"); });
     return false;
 }
 

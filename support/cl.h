@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "helmkit/client/client.h"
+#include "helmkit/client/logger.h"
 
 namespace support {
 

@@ -4,7 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client/client.h"
+#include "helmkit.h"
+#include "win32/com/com.h"
 
 namespace support {
 

@@ -1,7 +1,7 @@
 // The help page: a picture and what the program is.
 #pragma once
 
-#include "helmkit/client/client.h"
+#include "helmkit/client/logger.h"
 #include "win32/windows/picture_box.h"
 #include "win32/windows/placed_control.h"
 #include "win32/windows/tab_page.h"

@@ -18,7 +18,6 @@ class KeptFailure {
         if (!kept_) kept_ = std::current_exception();
     }
 
-    explicit operator bool() const { return static_cast<bool>(kept_); }
     void rethrow() {
         if (kept_) std::rethrow_exception(std::exchange(kept_, nullptr));
     }

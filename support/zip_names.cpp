@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "win32/base/path.h"
+
 namespace support {
 
 namespace {
@@ -35,7 +37,7 @@ std::wstring resolvedPath(const std::wstring& spec, const std::wstring& folder) 
     const std::wstring path = withBackslashes(spec), base = withBackslashes(folder);
     if (base.empty() || namesDrive(path) || namesServer(path)) return path;
     if (!path.empty() && path[0] == L'\\') return base.substr(0, rootLength(base)) + path;
-    return base.back() == L'\\' ? base + path : base + L'\\' + path;
+    return win32::withBackslash(base) + path;
 }
 
 bool hasWildcard(const std::wstring& text) {

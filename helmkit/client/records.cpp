@@ -1,4 +1,6 @@
-#include "helmkit/client/client.h"
+#include "helmkit/client/records.h"
+
+#include "win32/com/in_string.h"
 
 namespace helmkit {
 

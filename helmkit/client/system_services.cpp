@@ -1,4 +1,6 @@
-#include "helmkit/client/client.h"
+#include "helmkit/client/system_services.h"
+
+#include "win32/com/in_string.h"
 
 namespace helmkit {
 
@@ -26,6 +28,18 @@ Variant arrayOf(const std::vector<std::wstring>& texts) {
 
 }  // namespace
 
+bool VersionInfo::Exists(const std::wstring& name) const {
+    VARIANT_BOOL present = VARIANT_FALSE;
+    check(object_->Exists(InString(name).get(), &present));
+    return present != VARIANT_FALSE;
+}
+
+std::wstring VersionInfo::Item(const std::wstring& name) const {
+    BString text;
+    check(object_->get_Item(InString(name).get(), text.out()));
+    return text.text();
+}
+
 SystemServices::SystemServices()
     : object_(win32::create<ISystemServices>(CLSID_SystemServices, IID_ISystemServices)) {}
 
@@ -52,16 +66,6 @@ std::wstring SystemServices::GetWindowsFolder() {
     BString path;
     check(object_->GetWindowsFolder(path.out()));
     return path.text();
-}
-
-SystemServices::Version SystemServices::GetOSVersion() {
-    Version result;
-    BString version, servicePack;
-    check(object_->GetOSVersion(version.out(), servicePack.out(), &result.platform, &result.major,
-                                &result.minor, &result.build));
-    result.version = version.text();
-    result.servicePack = servicePack.text();
-    return result;
 }
 
 bool SystemServices::IsEmptyBytes(FileServices::Bytes& bytes) {

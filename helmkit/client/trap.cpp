@@ -2,10 +2,10 @@
 
 namespace helmkit {
 
-void logCaught(const Logger& logger, const std::wstring& source, LONG level) noexcept {
+void logCaught(const Logger& logger, const std::wstring& source) noexcept {
     win32::Error error = win32::currentError();
     try {
-        logger.WriteLog(error.number, error.description, level, source);
+        logger.WriteLog(error.number, error.description, caughtError, source);
     } catch (...) {
     }
 }

@@ -4,22 +4,20 @@
 
 #include <string>
 
-#include "helmkit/client/client.h"
+#include "helmkit/client/logger.h"
 
 namespace helmkit {
 
 // Logs the exception being handled. A logger that fails here has nobody left to tell.
-void logCaught(const Logger& logger, const std::wstring& source, LONG level = caughtError) noexcept;
+void logCaught(const Logger& logger, const std::wstring& source) noexcept;
 
-// Runs `body`. `source` is the type's name, a point and the procedure's name. True when nothing was caught.
+// Runs `body`. `source` is the type's name, a point and the procedure's name.
 template <class Body>
-bool trapped(const Logger& logger, const std::wstring& source, Body&& body) noexcept {
+void trapped(const Logger& logger, const std::wstring& source, Body&& body) noexcept {
     try {
         body();
-        return true;
     } catch (...) {
         logCaught(logger, source);
-        return false;
     }
 }
 

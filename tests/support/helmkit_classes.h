@@ -7,7 +7,8 @@
 #include <doctest/doctest.h>
 
 #include "helmkit/classes.h"
-#include "helmkit/client/client.h"
+#include "helmkit/client/shared_services.h"
+#include "win32/com/com.h"
 
 class HelmkitClasses {
   public:

@@ -61,7 +61,7 @@ struct PageFixture {
     }
 
     static HWND control(const win32::Window& page, int id) { return ::GetDlgItem(page.handle(), id); }
-    static std::wstring fileBox(const win32::Window& page) { return win32::textOf(control(page, 102)); }
+    static std::wstring fileBox(const win32::Window& page) { return win32::windowText(control(page, 102)); }
     static void press(const win32::Window& page, int button) {
         ::SendMessageW(page.handle(), WM_COMMAND, MAKEWPARAM(button, BN_CLICKED),
                        reinterpret_cast<LPARAM>(control(page, button)));

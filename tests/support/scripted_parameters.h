@@ -6,8 +6,6 @@
 #include <string>
 #include <vector>
 
-#include "helmkit/client/client.h"
-
 // The part of COM that a fixture's own objects do not need: they outlive their users and are called early.
 template <class Interface>
 class FixtureObject : public Interface {

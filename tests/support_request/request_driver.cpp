@@ -3,7 +3,9 @@
 //     request_driver ENDPOINT CATEGORY [flavour=F] [temp=FOLDER] [NAME=VALUE]...
 //
 // Values of one name that stand together become one parameter with several values.
-#include "helmkit/client/client.h"
+#include "helmkit/client/logger.h"
+#include "helmkit/client/records.h"
+#include "helmkit/client/shared_services.h"
 #include "support/cl.h"
 #include "tests/support_request/driver.h"
 #include "win32/system/environment.h"

@@ -1,5 +1,6 @@
 // Links the zip writer and the support request into a program, for a look at what it would import. Run, it
 // says how many arguments it got: what it links must not be optimised away.
+#include "helmkit/client/logger.h"
 #include "support/cZip.h"
 #include "support/cl.h"
 

@@ -13,7 +13,7 @@ struct About {
     HWND child(const wchar_t* text) {
         for (HWND window = ::GetWindow(box.handle(), GW_CHILD); window;
              window = ::GetWindow(window, GW_HWNDNEXT)) {
-            if (win32::textOf(window).find(text) == 0) return window;
+            if (win32::windowText(window).find(text) == 0) return window;
         }
         return nullptr;
     }
@@ -48,7 +48,7 @@ TEST_CASE_FIXTURE(About, "Escape, Enter on the default button and the close box 
 }
 
 TEST_CASE_FIXTURE(About, "the product line stands over the legal notice") {
-    CHECK(win32::textOf(child(L"Quillon")).find(L"Quillon Version 2.1\n\n") == 0);
+    CHECK(win32::windowText(child(L"Quillon")).find(L"Quillon Version 2.1\n\n") == 0);
     CHECK(child(L"Visit Mardelix: http://mardelix.example/"));
 }
 
@@ -68,7 +68,7 @@ TEST_CASE_FIXTURE(About, "the separator is an etched static window that fills it
     HWND etched = ::GetWindow(line, GW_CHILD);
     CHECK(::GetWindowLongW(etched, GWL_STYLE) == 0x50000010);
     CHECK((::GetWindowLongW(etched, GWL_EXSTYLE) & 0x20004) == 0x20004);
-    CHECK(win32::textOf(etched) == L"StaticLine");
+    CHECK(win32::windowText(etched) == L"StaticLine");
     ::SetWindowPos(line, nullptr, 0, 0, 77, 5, SWP_NOMOVE | SWP_NOZORDER);
     RECT size;
     ::GetWindowRect(etched, &size);

@@ -6,6 +6,7 @@
 #include "files/file_properties.h"
 #include "files/windows_folders.h"
 #include "tests/support/page_fixture.h"
+#include "win32/base/path.h"
 #include "win32/files/files.h"
 #include "win32/system/system.h"
 

@@ -212,7 +212,7 @@ TEST_CASE_FIXTURE(Main, "the help page is shown first, and five tabs have their 
         ::SendMessageW(strip(), TCM_GETITEMW, tab, reinterpret_cast<LPARAM>(&item));
         CHECK(std::wstring(caption) == captions[tab]);
     }
-    CHECK(win32::textOf(footer()) ==
+    CHECK(win32::windowText(footer()) ==
           L"The latest version of Quillon is always available at http://mardelix.example/");
 }
 

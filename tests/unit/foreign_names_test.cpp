@@ -3,6 +3,9 @@
 // "a".
 #include <doctest/doctest.h>
 
+#include "helmkit/client/file_services.h"
+#include "helmkit/client/logger.h"
+#include "helmkit/client/system_services.h"
 #include "startup/ucOther.h"
 #include "startup/ucRun.h"
 #include "startup/ucWinlogon.h"
@@ -212,7 +215,7 @@ TEST_CASE_FIXTURE(PageFixture, "the shell and new programs get no path that the 
 TEST_CASE_FIXTURE(HiddenWindow, "an edit control is given no text that one of Windows 98 would not take") {
     HWND box = win32::createControl(handle(), L"Edit", {}, ES_AUTOHSCROLL, 0, 1);
     win32::setText(box, std::wstring(100000, L'x'));
-    CHECK(win32::textOf(box).size() == (isAnsi() ? 30000 : 100000));
+    CHECK(win32::windowText(box).size() == (isAnsi() ? 30000 : 100000));
     win32::setText(box, std::wstring(30000, L'y'));
-    CHECK(win32::textOf(box) == std::wstring(30000, L'y'));
+    CHECK(win32::windowText(box) == std::wstring(30000, L'y'));
 }

@@ -1,6 +1,6 @@
 #include <doctest/doctest.h>
 
-#include "win32/com/com.h"
+#include "win32/com/in_string.h"
 
 TEST_CASE("a text for an [in] argument is a BSTR, short or long, and a variant of it can be copied") {
     for (size_t length : {0, 1, 7, 259, 260, 5000}) {

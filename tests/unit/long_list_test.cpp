@@ -1,6 +1,7 @@
 // Lists as long as nobody has them.
 #include <doctest/doctest.h>
 
+#include "helmkit/client/logger.h"
 #include "startup/ucRun.h"
 #include "tests/support/page_fixture.h"
 

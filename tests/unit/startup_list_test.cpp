@@ -1,6 +1,7 @@
 // What every category's page does, tried on the general one.
 #include <doctest/doctest.h>
 
+#include "helmkit/client/logger.h"
 #include "startup/ucRun.h"
 #include "tests/support/page_fixture.h"
 
@@ -72,9 +73,9 @@ using Captions = std::vector<std::wstring>;
 
 TEST_CASE_FIXTURE(Page, "the page has its texts") {
     init();
-    CHECK(win32::textOf(control(page, label4)) == L"Detected Startup Programs:");
-    CHECK(win32::textOf(control(page, lblFilename)) == L"Related File:");
-    CHECK(win32::textOf(control(page, cmdDelete)) == L"&Delete From Startup");
+    CHECK(win32::windowText(control(page, label4)) == L"Detected Startup Programs:");
+    CHECK(win32::windowText(control(page, lblFilename)) == L"Related File:");
+    CHECK(win32::windowText(control(page, cmdDelete)) == L"&Delete From Startup");
     wchar_t title[50] = L"";
     LVCOLUMNW column = {};
     column.mask = LVCF_TEXT;

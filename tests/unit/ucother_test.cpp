@@ -1,5 +1,7 @@
 #include <doctest/doctest.h>
 
+#include "helmkit/client/logger.h"
+#include "helmkit/client/registry_access.h"
 #include "startup/browser_checks.h"
 #include "startup/ucOther.h"
 #include "tests/support/page_fixture.h"
@@ -49,9 +51,9 @@ TEST_CASE_FIXTURE(Other, "the page: two columns, the note, no file box and no co
     init();
     CHECK(list.count() == 0);
     CHECK(control(page, 102) == nullptr);
-    CHECK(win32::textOf(control(page, 104)) == L"Detected Startup Programs:");
-    CHECK(win32::textOf(control(page, 105)) == L"All settings containing empty values are skipped");
-    CHECK(win32::textOf(control(page, 103)) == L"&Delete From Startup");
+    CHECK(win32::windowText(control(page, 104)) == L"Detected Startup Programs:");
+    CHECK(win32::windowText(control(page, 105)) == L"All settings containing empty values are skipped");
+    CHECK(win32::windowText(control(page, 103)) == L"&Delete From Startup");
     NMITEMACTIVATE click = {};
     click.hdr = {list.window(), 101, static_cast<UINT>(NM_RCLICK)};
     ::SendMessageW(page.handle(), WM_NOTIFY, 101, reinterpret_cast<LPARAM>(&click));

@@ -1,6 +1,7 @@
 #include <doctest/doctest.h>
 
 #include "files/windows_folders.h"
+#include "helmkit/client/logger.h"
 #include "startup/ucRun.h"
 #include "tests/support/page_fixture.h"
 #include "win32/files/files.h"

@@ -1,5 +1,6 @@
 #include <doctest/doctest.h>
 
+#include "helmkit/client/logger.h"
 #include "startup/ucServices.h"
 #include "tests/support/page_fixture.h"
 #include "win32/base/text.h"
@@ -53,10 +54,10 @@ TEST_CASE("known-good image paths are compared whole, lower-cased and otherwise 
 
 TEST_CASE_FIXTURE(Services, "the page has its own texts and only Properties on its button") {
     init();
-    CHECK(win32::textOf(control(page, 104)) ==
+    CHECK(win32::windowText(control(page, 104)) ==
           L"Detected Services and Device Drivers (standard services and drivers are skipped):");
-    CHECK(win32::textOf(control(page, 103)) == L"&Properties");
-    CHECK(win32::textOf(control(page, 105)) == L"Related File:");
+    CHECK(win32::windowText(control(page, 103)) == L"&Properties");
+    CHECK(win32::windowText(control(page, 105)) == L"Related File:");
 }
 
 TEST_CASE_FIXTURE(Services, "services without an image path and known-good ones are skipped") {

@@ -1,5 +1,7 @@
 #include <doctest/doctest.h>
 
+#include "helmkit/client/logger.h"
+#include "helmkit/client/registry_access.h"
 #include "startup/protected_libraries.h"
 #include "startup/ucWinlogon.h"
 #include "tests/support/page_fixture.h"

@@ -7,11 +7,10 @@
 namespace win32 {
 
 std::wstring systemDescription(DWORD code) {
-    std::wstring text = withFlavour([&](auto f) {
-        using F = decltype(f);
+    std::wstring text = withFlavour([&]<class F>(F f) {
         TextBuffer<F> buffer(512);
-        DWORD length = F::formatMessage(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
-                                        code, 0, buffer.data(), buffer.capacity(), nullptr);
+        DWORD length = f.formatMessage(FORMAT_MESSAGE_FROM_SYSTEM | FORMAT_MESSAGE_IGNORE_INSERTS, nullptr,
+                                       code, 0, buffer.data(), buffer.capacity(), nullptr);
         return buffer.text(length);
     });
     while (!text.empty() && (text.back() == L'\r' || text.back() == L'\n' || text.back() == L' '))

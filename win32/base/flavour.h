@@ -5,6 +5,8 @@
 // Bodies are written once, as generic lambdas over the flavour:
 //
 //     return withFlavour([&](auto f) { return f.setWindowText(window, f.in(text)); });
+//
+// A body that needs the flavour's types names them: `[&]<class F>(F f) { typename F::FindData found; ... }`.
 #pragma once
 
 #include <string>
@@ -40,19 +42,22 @@ void forceFlavour(Flavour flavour);
     X(findNextFile, FindNextFile)                     \
     X(formatMessage, FormatMessage)                   \
     X(getDateFormat, GetDateFormat)                   \
+    X(getDriveType, GetDriveType)                     \
     X(getEnvironmentVariable, GetEnvironmentVariable) \
     X(getFileAttributes, GetFileAttributes)           \
-    X(getFullPathName, GetFullPathName)               \
-    X(getVolumeInformation, GetVolumeInformation)     \
     X(getFileVersionInfo, GetFileVersionInfo)         \
     X(getFileVersionInfoSize, GetFileVersionInfoSize) \
+    X(getFullPathName, GetFullPathName)               \
     X(getMessage, GetMessage)                         \
     X(getModuleFileName, GetModuleFileName)           \
     X(getModuleHandle, GetModuleHandle)               \
+    X(getObject, GetObject)                           \
     X(getSystemDirectory, GetSystemDirectory)         \
     X(getTempPath, GetTempPath)                       \
     X(getTimeFormat, GetTimeFormat)                   \
     X(getVersionEx, GetVersionEx)                     \
+    X(getVolumeInformation, GetVolumeInformation)     \
+    X(getWindowLongPtr, GetWindowLongPtr)             \
     X(getWindowsDirectory, GetWindowsDirectory)       \
     X(getWindowText, GetWindowText)                   \
     X(getWindowTextLength, GetWindowTextLength)       \
@@ -61,6 +66,7 @@ void forceFlavour(Flavour flavour);
     X(loadCursor, LoadCursor)                         \
     X(loadImage, LoadImage)                           \
     X(loadLibrary, LoadLibrary)                       \
+    X(loadLibraryEx, LoadLibraryEx)                   \
     X(loadString, LoadString)                         \
     X(messageBox, MessageBox)                         \
     X(moveFile, MoveFile)                             \
@@ -70,23 +76,19 @@ void forceFlavour(Flavour flavour);
     X(regDeleteValue, RegDeleteValue)                 \
     X(regEnumKeyEx, RegEnumKeyEx)                     \
     X(regEnumValue, RegEnumValue)                     \
+    X(registerClass, RegisterClass)                   \
     X(regOpenKeyEx, RegOpenKeyEx)                     \
     X(regQueryValueEx, RegQueryValueEx)               \
     X(regSetValueEx, RegSetValueEx)                   \
-    X(registerClass, RegisterClass)                   \
     X(searchPath, SearchPath)                         \
     X(sendMessage, SendMessage)                       \
     X(setEnvironmentVariable, SetEnvironmentVariable) \
     X(setFileAttributes, SetFileAttributes)           \
+    X(setWindowLongPtr, SetWindowLongPtr)             \
     X(setWindowText, SetWindowText)                   \
     X(shellExecute, ShellExecute)                     \
     X(shellExecuteEx, ShellExecuteEx)                 \
     X(systemParametersInfo, SystemParametersInfo)     \
-    X(getObject, GetObject)                           \
-    X(loadLibraryEx, LoadLibraryEx)                   \
-    X(getDriveType, GetDriveType)                     \
-    X(getWindowLongPtr, GetWindowLongPtr)             \
-    X(setWindowLongPtr, SetWindowLongPtr)             \
     X(verQueryValue, VerQueryValue)
 
 // One forwarding function per row. A null pointer has to be spelt nullptr.
@@ -158,7 +160,7 @@ auto withFlavour(Body body) {
 
 // The text in the flavour's own characters, for calls that want to write into it.
 template <class F>
-typename F::String textOf(const std::wstring& text) {
+typename F::String spelled(const std::wstring& text) {
     if constexpr (F::isWide) {
         return text;
     } else {

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "win32/base/ascii.h"
 #include "win32/base/flavour.h"
 #include "win32/base/utf8.h"
 
@@ -19,20 +20,15 @@ bool isAscii(std::wstring_view text) {
     return std::all_of(text.begin(), text.end(), [](wchar_t c) { return c < 0x80; });
 }
 
-wchar_t loweredAscii(wchar_t c) {
-    return c >= L'A' && c <= L'Z' ? c + (L'a' - L'A') : c;
-}
-
 std::wstring loweredByWindows(const std::wstring& text) {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) {
         // Without LCMAP's LOCALE_USE_CP_ACP the ANSI form would read the text in the language's own code
         // page.
-        DWORD how = LCMAP_LOWERCASE | (F::isWide ? 0 : LOCALE_USE_CP_ACP);
-        auto source = textOf<F>(text);
+        DWORD how = LCMAP_LOWERCASE | (f.isWide ? 0 : LOCALE_USE_CP_ACP);
+        auto source = spelled<F>(text);
         TextBuffer<F> result(source.size());
-        int written = F::lcMapString(englishUnitedStates, how, source.data(), length(source.size()),
-                                     result.data(), length(source.size()));
+        int written = f.lcMapString(englishUnitedStates, how, source.data(), length(source.size()),
+                                    result.data(), length(source.size()));
         return written ? result.text(written) : text;
     });
 }

@@ -4,10 +4,12 @@ namespace win32 {
 
 namespace {
 
+const LCID englishUnitedStates = 0x0409;
+
 // The headers ask for a value that may be written to; it is only read.
 Variant converted(const VARIANT& value, VARTYPE type) {
     Variant result;
-    check(::VariantChangeTypeEx(&result, const_cast<VARIANT*>(&value), LOCALE_NEUTRAL, 0, type));
+    check(::VariantChangeTypeEx(&result, const_cast<VARIANT*>(&value), englishUnitedStates, 0, type));
     return result;
 }
 
@@ -35,16 +37,22 @@ Variant propertyOf(IDispatch* object, const wchar_t* name) {
     return value;
 }
 
-LONG numberOf(IDispatch* object, const wchar_t* name) {
+LONG numberProperty(IDispatch* object, const wchar_t* name) {
     return converted(propertyOf(object, name), VT_I4).lVal;
 }
 
-std::wstring textOf(IDispatch* object, const wchar_t* name) {
+std::wstring textProperty(IDispatch* object, const wchar_t* name) {
     return valueText(propertyOf(object, name));
 }
 
+bool isNothing(const VARIANT& value) {
+    return value.vt == VT_EMPTY || value.vt == VT_NULL || value.vt == VT_ERROR;
+}
+
 std::wstring valueText(const VARIANT& value) {
-    return std::wstring(BString::view(converted(value, VT_BSTR).bstrVal));
+    Variant direct;
+    check(::VariantCopyInd(&direct, const_cast<VARIANT*>(&value)));
+    return isNothing(direct) ? std::wstring() : BString::copy(converted(direct, VT_BSTR).bstrVal);
 }
 
 }  // namespace win32

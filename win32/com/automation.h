@@ -12,10 +12,14 @@ ComPtr<IDispatch> createByName(const wchar_t* programId);
 Variant propertyOf(IDispatch* object, const wchar_t* name);
 
 // The same as a number or a text, converted as Automation does.
-LONG numberOf(IDispatch* object, const wchar_t* name);
-std::wstring textOf(IDispatch* object, const wchar_t* name);
+LONG numberProperty(IDispatch* object, const wchar_t* name);
+std::wstring textProperty(IDispatch* object, const wchar_t* name);
 
-// Any value as text, in no language's own form.
+// True for the variants without a value: empty, null, and an argument that was left out.
+bool isNothing(const VARIANT& value);
+
+// A value, or the variable that it refers to, as text in the form of US English whatever the user's language;
+// empty for nothing. What has no text is thrown.
 std::wstring valueText(const VARIANT& value);
 
 }  // namespace win32

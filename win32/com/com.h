@@ -92,6 +92,7 @@ class BString {
     static std::wstring_view view(BSTR text) {
         return text ? std::wstring_view(text, ::SysStringLen(text)) : std::wstring_view();
     }
+    static std::wstring copy(BSTR text) { return std::wstring(view(text)); }
 
     BSTR get() const { return text_; }
     BSTR release() { return std::exchange(text_, nullptr); }
@@ -103,41 +104,6 @@ class BString {
 
   private:
     BSTR text_ = nullptr;
-};
-
-// A text for [in] arguments, valid while the object is: the callee may read and copy it, no more. A short one
-// is laid out on the stack as a BSTR is, its size in bytes before it: a list of thousands of rows would
-// otherwise spend most of its time on the heap.
-class InString {
-  public:
-    explicit InString(std::wstring_view text) {
-        if (text.size() > room) {
-            long_ = BString(text);
-            return;
-        }
-        short_.size = static_cast<DWORD>(text.size() * sizeof(wchar_t));
-        text.copy(short_.text, text.size());
-        short_.text[text.size()] = L'\0';
-    }
-    InString(const InString&) = delete;
-    InString& operator=(const InString&) = delete;
-
-    BSTR get() { return long_.get() ? long_.get() : short_.text; }
-    // Not to be cleared.
-    VARIANT variant() {
-        VARIANT text = {};
-        text.vt = VT_BSTR;
-        text.bstrVal = get();
-        return text;
-    }
-
-  private:
-    static constexpr size_t room = 259;
-    struct alignas(8) {
-        DWORD padding, size;  // the text is aligned as SysAllocString aligns it
-        wchar_t text[room + 1];
-    } short_;
-    BString long_;
 };
 
 class Variant : public VARIANT {
@@ -160,6 +126,12 @@ class Variant : public VARIANT {
     VARIANT* out() {
         ::VariantClear(this);
         return this;
+    }
+    // The value as a plain variant, which the caller owns then.
+    VARIANT detach() {
+        VARIANT value = *this;
+        ::VariantInit(this);
+        return value;
     }
 };
 

@@ -1,5 +1,7 @@
 #include "win32/com/com_arguments.h"
 
+#include "win32/com/automation.h"
+
 namespace win32 {
 
 namespace {
@@ -31,10 +33,6 @@ bool wrapsAround(VARIANT& number, VARTYPE wanted, LONG& wrapped) {
     return true;
 }
 
-bool isNothing(const VARIANT& value) {
-    return value.vt == VT_EMPTY || value.vt == VT_NULL || value.vt == VT_ERROR;
-}
-
 bool isReferenceType(VARTYPE type) {
     return type == VT_DISPATCH || type == VT_UNKNOWN || (type & VT_ARRAY) != 0;
 }
@@ -64,45 +62,52 @@ void store(void* place, Number number) {
     *static_cast<Number*>(place) = number;
 }
 
-// Moves a value into a variable of the caller's, whose old value is freed.
-void moveTo(VARIANT& callers, Variant value) {
-    if (callers.vt == (VT_BYREF | VT_VARIANT)) {
-        ::VariantClear(callers.pvarVal);
-        *callers.pvarVal = value;
-        ::VariantInit(&value);
-        return;
-    }
-    VARTYPE type = callers.vt & ~VT_BYREF;
-    Variant fitting = converted(value, type);
+// Stores a number in a variable of the caller's. False for what is no number.
+bool storeNumber(VARTYPE type, void* place, const VARIANT& value) {
     switch (type) {
         case VT_UI1:
-            return store(callers.byref, fitting.bVal);
+            store(place, value.bVal);
+            return true;
         case VT_I2:
         case VT_BOOL:
-            return store(callers.byref, fitting.iVal);
+            store(place, value.iVal);
+            return true;
         case VT_I4:
         case VT_UI4:
         case VT_INT:
         case VT_UINT:
-            return store(callers.byref, fitting.lVal);
+            store(place, value.lVal);
+            return true;
         case VT_R4:
-            return store(callers.byref, fitting.fltVal);
+            store(place, value.fltVal);
+            return true;
         case VT_R8:
         case VT_DATE:
-            return store(callers.byref, fitting.dblVal);
-        case VT_BSTR:
-            ::SysFreeString(*callers.pbstrVal);
-            *callers.pbstrVal = fitting.bstrVal;
-            break;
-        case VT_DISPATCH:
-        case VT_UNKNOWN:
-            if (*callers.ppunkVal) (*callers.ppunkVal)->Release();
-            *callers.ppunkVal = fitting.punkVal;
-            break;
-        default:
-            raise(DISP_E_TYPEMISMATCH, L"Type mismatch");
+            store(place, value.dblVal);
+            return true;
     }
-    ::VariantInit(&fitting);
+    return false;
+}
+
+// Moves a value into a variable of the caller's, whose old value is freed.
+void moveTo(VARIANT& callers, Variant value) {
+    if (callers.vt == (VT_BYREF | VT_VARIANT)) {
+        ::VariantClear(callers.pvarVal);
+        *callers.pvarVal = value.detach();
+        return;
+    }
+    const VARTYPE type = callers.vt & ~VT_BYREF;
+    Variant fitting = converted(value, type);
+    if (storeNumber(type, callers.byref, fitting)) return;
+    if (type == VT_BSTR) {
+        ::SysFreeString(*callers.pbstrVal);
+        *callers.pbstrVal = fitting.detach().bstrVal;
+    } else if (type == VT_DISPATCH || type == VT_UNKNOWN) {
+        if (*callers.ppunkVal) (*callers.ppunkVal)->Release();
+        *callers.ppunkVal = fitting.detach().punkVal;
+    } else {
+        raise(DISP_E_TYPEMISMATCH, L"Type mismatch");
+    }
 }
 
 }  // namespace

@@ -10,14 +10,14 @@ namespace win32 {
 
 namespace {
 
-std::wstring textOf(const GUID& guid) {
+std::wstring guidText(const GUID& guid) {
     wchar_t text[39];
     ::StringFromGUID2(guid, text, 39);
     return text;
 }
 
 std::wstring classKey(const ComClass& c) {
-    return L"CLSID\\" + textOf(*c.clsid);
+    return L"CLSID\\" + guidText(*c.clsid);
 }
 
 void setString(const std::wstring& path, const std::wstring& name, const std::wstring& text) {
@@ -32,9 +32,9 @@ void registerClass(const ComModule& module, const ComClass& c, const std::wstrin
     setString(classKey(c) + L"\\InprocServer32", L"", file);
     setString(classKey(c) + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
     setString(classKey(c) + L"\\ProgID", L"", c.progId);
-    setString(classKey(c) + L"\\TypeLib", L"", textOf(*module.library));
+    setString(classKey(c) + L"\\TypeLib", L"", guidText(*module.library));
     setString(c.progId, L"", c.progId);
-    setString(std::wstring(c.progId) + L"\\CLSID", L"", textOf(*c.clsid));
+    setString(std::wstring(c.progId) + L"\\CLSID", L"", guidText(*c.clsid));
 }
 
 void deleteIfPresent(const std::wstring& path) {
@@ -43,7 +43,7 @@ void deleteIfPresent(const std::wstring& path) {
 }
 
 void unregisterTypeLibrary(const ComModule& module) {
-    std::wstring path = L"TypeLib\\" + textOf(*module.library);
+    std::wstring path = L"TypeLib\\" + guidText(*module.library);
     RegistryKey registered;
     if (isAbsent(registered.open(HKEY_CLASSES_ROOT, path, KEY_READ, RegistryView::own))) return;
     registered.close();

@@ -13,10 +13,6 @@ namespace {
 
 const DWORD notThere = INVALID_FILE_ATTRIBUTES;
 
-DWORD attributesOf(const std::wstring& path) {
-    return withFlavour([&](auto f) { return f.getFileAttributes(f.in(path)); });
-}
-
 bool moveFile(const std::wstring& from, const std::wstring& to) {
     return withFlavour([&](auto f) { return f.moveFile(f.in(from), f.in(to)); });
 }

@@ -4,6 +4,7 @@
 
 #include "win32/base/error.h"
 #include "win32/base/flavour.h"
+#include "win32/base/path.h"
 #include "win32/files/files.h"
 
 namespace win32 {
@@ -26,11 +27,6 @@ bool isSelfOrParent(const std::wstring& name) {
     return name == L"." || name == L"..";
 }
 
-std::wstring withBackslash(const std::wstring& folder) {
-    const bool has = !folder.empty() && (folder.back() == L'\\' || folder.back() == L'/');
-    return has ? folder : folder + L'\\';
-}
-
 // `X:\`, or `\\server\share\`; empty when the path names neither.
 std::wstring rootOf(const std::wstring& full) {
     if (full.size() >= 2 && full[1] == L':') return full.substr(0, 2) + L'\\';
@@ -45,8 +41,7 @@ std::wstring rootOf(const std::wstring& full) {
 std::vector<FoundFile> filesIn(const std::wstring& folder) {
     if (!isExactName(folder)) raiseWin32(ERROR_PATH_NOT_FOUND, folder);
     NoFileRedirection off;
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) {
         std::vector<FoundFile> result;
         typename F::FindData data;
         OwnedFind search(noneIfNull(f.findFirstFile(f.in(withBackslash(folder) + L'*'), &data)));
@@ -65,8 +60,7 @@ std::vector<FoundFile> filesIn(const std::wstring& folder) {
 std::optional<FoundFile> findFile(const std::wstring& path) {
     if (path.find_first_of(L"*?") != std::wstring::npos || !isExactName(path)) return {};
     NoFileRedirection off;
-    return withFlavour([&](auto f) -> std::optional<FoundFile> {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) -> std::optional<FoundFile> {
         typename F::FindData data;
         OwnedFind search(noneIfNull(f.findFirstFile(f.in(path), &data)));
         if (!search) return {};
@@ -75,9 +69,7 @@ std::optional<FoundFile> findFile(const std::wstring& path) {
 }
 
 bool isFolder(const std::wstring& path) {
-    if (!isExactName(path)) return false;
-    NoFileRedirection off;
-    const DWORD attributes = withFlavour([&](auto f) { return f.getFileAttributes(f.in(path)); });
+    const DWORD attributes = attributesOf(path);
     return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
 }
 
@@ -88,8 +80,7 @@ void removeFile(const std::wstring& path) {
 }
 
 std::wstring fullPath(const std::wstring& path) {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) {
         TextBuffer<F> buffer(pathRoom);
         typename F::Char* file = nullptr;
         DWORD length = f.getFullPathName(f.in(path), pathRoom, buffer.data(), &file);
@@ -102,8 +93,7 @@ std::wstring fullPath(const std::wstring& path) {
 std::wstring volumeLabel(const std::wstring& path) {
     const std::wstring root = rootOf(fullPath(path));
     if (root.empty()) return {};
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) {
         TextBuffer<F> label(MAX_PATH + 1);
         if (!f.getVolumeInformation(f.in(root), label.data(), label.capacity(), nullptr, nullptr, nullptr,
                                     nullptr, DWORD{0})) {

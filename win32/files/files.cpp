@@ -13,11 +13,6 @@ namespace {
 const DWORD notThere = INVALID_FILE_ATTRIBUTES;
 const DWORD pathRoom = 2000;
 
-DWORD attributesOf(const std::wstring& path) {
-    NoFileRedirection off;
-    return withFlavour([&](auto f) { return f.getFileAttributes(f.in(path)); });
-}
-
 OwnedFile opened(const std::wstring& path, DWORD access, DWORD disposition) {
     NoFileRedirection off;
     HANDLE file = INVALID_HANDLE_VALUE;
@@ -62,8 +57,14 @@ NoFileRedirection::~NoFileRedirection() {
     ::SetLastError(error);
 }
 
+DWORD attributesOf(const std::wstring& path) {
+    if (!isExactName(path)) return notThere;
+    NoFileRedirection off;
+    return withFlavour([&](auto f) { return f.getFileAttributes(f.in(path)); });
+}
+
 bool fileExists(const std::wstring& path) {
-    DWORD attributes = isExactName(path) ? attributesOf(path) : notThere;
+    DWORD attributes = attributesOf(path);
     return attributes != notThere && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
@@ -117,8 +118,7 @@ void AppendFile::write(const std::string& bytes) {
 std::wstring searchPath(const std::wstring& name) {
     if (!isExactName(name)) return {};
     NoFileRedirection off;
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) {
         TextBuffer<F> buffer(pathRoom);
         typename F::Char* file = nullptr;
         DWORD length = f.searchPath(nullptr, f.in(name), nullptr, pathRoom, buffer.data(), &file);
@@ -128,11 +128,10 @@ std::wstring searchPath(const std::wstring& name) {
 
 std::wstring longPath(const std::wstring& path) {
     if (!isExactName(path)) return {};
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) {
         using GetLongPathName = DWORD(WINAPI*)(const typename F::Char*, typename F::Char*, DWORD);
         static const auto getLongPathName = systemProcedure<GetLongPathName>(
-            L"kernel32.dll", F::isWide ? "GetLongPathNameW" : "GetLongPathNameA");
+            L"kernel32.dll", f.isWide ? "GetLongPathNameW" : "GetLongPathNameA");
         if (!getLongPathName) return std::wstring();
         NoFileRedirection off;
         TextBuffer<F> buffer(pathRoom);

@@ -27,6 +27,9 @@ class NoFileRedirection {
     bool isOff_ = false;
 };
 
+// GetFileAttributes, INVALID_FILE_ATTRIBUTES for what is not there or may not be looked at.
+DWORD attributesOf(const std::wstring& path);
+
 // True for a file, false for a folder, for nothing there and for what may not be looked at.
 bool fileExists(const std::wstring& path);
 

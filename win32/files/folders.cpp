@@ -9,8 +9,8 @@ namespace win32 {
 bool holdsNormalFile(const std::wstring& folder) {
     if (!isExactName(folder)) return false;
     NoFileRedirection wholeSystem;
-    return withFlavour([&](auto f) {
-        typename decltype(f)::FindData found;
+    return withFlavour([&]<class F>(F f) {
+        typename F::FindData found;
         OwnedFind search(noneIfNull(f.findFirstFile(f.in(folder + L"*"), &found)));
         if (!search) return false;
         const DWORD notNormal = FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;

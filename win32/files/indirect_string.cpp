@@ -45,10 +45,10 @@ std::wstring displayedText(const std::wstring& text) {
     if (path.find(L'\\') == std::wstring::npos) path = systemFolder() + L"\\" + path;
     if (!isLocal(path)) return text;
     NoFileRedirection wholeSystem;
-    return withFlavour([&](auto f) {
+    return withFlavour([&]<class F>(F f) {
         OwnedModule file(f.loadLibraryEx(f.in(path), nullptr, DWORD{LOAD_LIBRARY_AS_DATAFILE}));
         if (!file) return text;
-        TextBuffer<decltype(f)> buffer(4096);
+        TextBuffer<F> buffer(4096);
         int length =
             f.loadString(file.get(), reference.number, buffer.data(), static_cast<int>(buffer.capacity()));
         return length > 0 ? buffer.text(length) : text;

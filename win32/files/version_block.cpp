@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "win32/base/ascii.h"
+#include "win32/base/hex.h"
 #include "win32/base/utf16_bytes.h"
 
 namespace win32 {
@@ -41,27 +43,17 @@ bool readNode(std::string_view block, size_t begin, size_t limit, Node& node) {
     return true;
 }
 
-wchar_t upper(wchar_t c) {
-    return c >= L'a' && c <= L'z' ? c - (L'a' - L'A') : c;
-}
-
-bool sameKey(std::wstring_view a, std::wstring_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](wchar_t x, wchar_t y) { return upper(x) == upper(y); });
-}
-
 std::wstring tableKey(unsigned language, unsigned codePage) {
-    const wchar_t digits[] = L"0123456789abcdef";
     std::wstring key;
-    for (int shift = 28; shift >= 0; shift -= 4) key += digits[(language << 16 | codePage) >> shift & 15];
+    appendHex(key, language << 16 | codePage, 8);
     return key;
 }
 
 class Order {
   public:
     void add(const std::wstring& key) {
-        bool isKnown =
-            std::any_of(keys.begin(), keys.end(), [&](auto& known) { return sameKey(known, key); });
+        bool isKnown = std::any_of(keys.begin(), keys.end(),
+                                   [&](auto& known) { return sameIgnoringAsciiCase(known, key); });
         if (!isKnown) keys.push_back(key);
     }
     void add(unsigned language, unsigned codePage) { add(tableKey(language, codePage)); }
@@ -80,7 +72,7 @@ std::vector<std::wstring> stringTableKeys(std::string_view block) {
     // The buffer may be larger than the block; its first node is the block.
     if (!readNode(block, 0, block.size(), root)) return keys;
     for (size_t at = aligned(root.children); readNode(block, at, root.end, part); at = aligned(part.end)) {
-        if (!sameKey(part.key, L"StringFileInfo")) continue;
+        if (!sameIgnoringAsciiCase(part.key, L"StringFileInfo")) continue;
         for (size_t inner = aligned(part.children); readNode(block, inner, part.end, table);
              inner = aligned(table.end)) {
             keys.push_back(table.key);

@@ -83,12 +83,11 @@ std::optional<std::wstring> VersionResource::stringOf(const std::wstring& table,
     // An empty name would ask for the table itself, whose data is no text.
     if (name.empty() || name.find(L'\\') != std::wstring::npos || name.find(L'\0') != std::wstring::npos)
         return {};
-    return withFlavour([&](auto f) -> std::optional<std::wstring> {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) -> std::optional<std::wstring> {
         const typename F::Char* characters = nullptr;
         size_t count = 0;
         if (!queried(f, block_, L"\\StringFileInfo\\" + table + L'\\' + name, characters, count)) return {};
-        return F::out(characters, std::find(characters, characters + count, typename F::Char{}) - characters);
+        return f.out(characters, std::find(characters, characters + count, typename F::Char{}) - characters);
     });
 }
 

@@ -17,11 +17,11 @@ REGSAM viewFlag(RegistryView view) {
 
 // How many names of a list, in the letters that the calls hand out, are the same as this one.
 template <class NameAt>
-int bearersOf(const std::wstring& name, NameAt nameAt) {
+int countSameNames(const std::wstring& name, NameAt nameAt) {
     std::wstring other;
-    int bearers = 0;
-    for (DWORD i = 0; nameAt(i, other) == ERROR_SUCCESS; ++i) bearers += sameIgnoringCase(name, other);
-    return bearers;
+    int count = 0;
+    for (DWORD i = 0; nameAt(i, other) == ERROR_SUCCESS; ++i) count += sameIgnoringCase(name, other);
+    return count;
 }
 
 std::wstring withoutLastBackslashes(std::wstring path) {
@@ -30,10 +30,9 @@ std::wstring withoutLastBackslashes(std::wstring path) {
 }
 
 LONG subkeyNameAt(HKEY key, DWORD position, std::wstring& name) {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
-        return NameBuffer<F>().fill(name, [&](auto* text, DWORD* length) {
-            return F::regEnumKeyEx(key, position, text, length, nullptr, nullptr, nullptr, nullptr);
+    return withFlavour([&]<class F>(F f) {
+        return readName<F>(name, [&](auto* text, DWORD* length) {
+            return f.regEnumKeyEx(key, position, text, length, nullptr, nullptr, nullptr, nullptr);
         });
     });
 }
@@ -47,14 +46,14 @@ LONG checkLastName(HKEY root, const std::wstring& path, REGSAM view) {
     if (end != std::wstring::npos && openAs(parent, root, path.substr(0, end), KEY_READ | view, 0))
         return ERROR_SUCCESS;
     HKEY key = parent ? parent.get() : root;
-    const int bearers = bearersOf(path.substr(end + 1),
-                                  [&](DWORD i, std::wstring& other) { return subkeyNameAt(key, i, other); });
-    return bearers > 1 ? ERROR_INVALID_NAME : ERROR_SUCCESS;
+    const int count = countSameNames(
+        path.substr(end + 1), [&](DWORD i, std::wstring& other) { return subkeyNameAt(key, i, other); });
+    return count > 1 ? ERROR_INVALID_NAME : ERROR_SUCCESS;
 }
 
 // In the ANSI flavour a question mark in a listed name may stand for a character that the code page lacks:
 // the key that it opens would be another one.
-LONG checkMarks(HKEY root, const std::wstring& path, REGSAM access) {
+LONG refuseAmbiguousMarks(HKEY root, const std::wstring& path, REGSAM access) {
     const size_t mark = flavour() == Flavour::wide ? std::wstring::npos : path.rfind(L'?');
     if (mark == std::wstring::npos) return ERROR_SUCCESS;
     return checkLastName(root, path.substr(0, path.find(L'\\', mark)), access & wow64Key64);
@@ -64,7 +63,7 @@ LONG openAs(OwnedKey& key, HKEY root, const std::wstring& path, REGSAM access, D
     std::wstring cut = withoutLastBackslashes(path);
     key.reset();
     if (!isExactName(cut)) return ERROR_INVALID_NAME;
-    if (LONG refused = checkMarks(root, cut, access)) return refused;
+    if (LONG refused = refuseAmbiguousMarks(root, cut, access)) return refused;
     return withFlavour([&](auto f) {
         HKEY opened = nullptr;
         LONG error = f.regOpenKeyEx(root, f.in(cut), options, access, &opened);
@@ -101,7 +100,7 @@ LONG RegistryKey::create(HKEY root, const std::wstring& path, REGSAM access, Reg
     std::wstring cut = withoutLastBackslashes(path);
     key_.reset();
     if (!isExactName(cut)) return ERROR_INVALID_NAME;
-    if (LONG refused = checkMarks(root, cut, access | viewFlag(view))) return refused;
+    if (LONG refused = refuseAmbiguousMarks(root, cut, access | viewFlag(view))) return refused;
     return withFlavour([&](auto f) {
         HKEY created = nullptr;
         LONG error = f.regCreateKeyEx(root, f.in(cut), DWORD{0}, nullptr, DWORD{REG_OPTION_NON_VOLATILE},
@@ -116,23 +115,20 @@ LONG RegistryKey::subkeyAt(DWORD position, std::wstring& name) const {
 }
 
 LONG RegistryKey::valueNameAt(DWORD position, std::wstring& name) const {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
-        return NameBuffer<F>().fill(name, [&](auto* text, DWORD* length) {
-            return F::regEnumValue(get(), position, text, length, nullptr, nullptr, nullptr, nullptr);
+    return withFlavour([&]<class F>(F f) {
+        return readName<F>(name, [&](auto* text, DWORD* length) {
+            return f.regEnumValue(get(), position, text, length, nullptr, nullptr, nullptr, nullptr);
         });
     });
 }
 
 LONG RegistryKey::valueAt(DWORD position, std::wstring& name, RegistryValue& value) const {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
-        DataBuffer data;
-        return data.fill(value, F::isWide, [&](BYTE* bytes, DWORD* size, DWORD* type) {
+    return withFlavour([&]<class F>(F f) {
+        return readData(value, f.isWide, [&](BYTE* bytes, DWORD* size, DWORD* type) {
             DWORD room = *size;
-            return NameBuffer<F>().fill(name, [&](auto* text, DWORD* length) {
+            return readName<F>(name, [&](auto* text, DWORD* length) {
                 *size = room;
-                return F::regEnumValue(get(), position, text, length, nullptr, type, bytes, size);
+                return f.regEnumValue(get(), position, text, length, nullptr, type, bytes, size);
             });
         });
     });
@@ -140,22 +136,19 @@ LONG RegistryKey::valueAt(DWORD position, std::wstring& name, RegistryValue& val
 
 LONG RegistryKey::query(const std::wstring& name, RegistryValue& value) const {
     if (LONG refused = checkName(name)) return refused;
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
-        const auto spelled = F::in(name);
-        DataBuffer data;
-        return data.fill(value, F::isWide, [&](BYTE* bytes, DWORD* size, DWORD* type) {
+    return withFlavour([&]<class F>(F f) {
+        const auto spelled = f.in(name);
+        return readData(value, f.isWide, [&](BYTE* bytes, DWORD* size, DWORD* type) {
             const typename F::Char* characters = spelled;
-            return F::regQueryValueEx(get(), characters, nullptr, type, bytes, size);
+            return f.regQueryValueEx(get(), characters, nullptr, type, bytes, size);
         });
     });
 }
 
 LONG RegistryKey::set(const std::wstring& name, DWORD type, const std::string& data) const {
     if (LONG refused = checkName(name)) return refused;
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
-        std::string stored = F::isWide ? data : ansiData(type, data);
+    return withFlavour([&]<class F>(F f) {
+        std::string stored = f.isWide ? data : ansiData(type, data);
         return f.regSetValueEx(get(), f.in(name), DWORD{0}, type,
                                reinterpret_cast<const BYTE*>(stored.data()),
                                static_cast<DWORD>(stored.size()));
@@ -179,9 +172,11 @@ bool RegistryKey::isLink() const {
 LONG RegistryKey::checkName(const std::wstring& name, AmbiguousNames refused) const {
     if (!isExactName(name)) return ERROR_INVALID_NAME;
     if (flavour() == Flavour::wide) return ERROR_SUCCESS;
-    if (refused == AmbiguousNames::withMark && name.find(L'?') == std::wstring::npos) return ERROR_SUCCESS;
-    const int bearers = bearersOf(name, [&](DWORD i, std::wstring& other) { return valueNameAt(i, other); });
-    return bearers > 1 ? ERROR_INVALID_NAME : ERROR_SUCCESS;
+    if (refused == AmbiguousNames::questionMarkOnly && name.find(L'?') == std::wstring::npos)
+        return ERROR_SUCCESS;
+    const int count =
+        countSameNames(name, [&](DWORD i, std::wstring& other) { return valueNameAt(i, other); });
+    return count > 1 ? ERROR_INVALID_NAME : ERROR_SUCCESS;
 }
 
 LONG checkSubkey(HKEY root, const std::wstring& path, RegistryView view) {

@@ -55,8 +55,8 @@ class RegistryKey {
     explicit operator bool() const { return static_cast<bool>(key_); }
 
   private:
-    enum class AmbiguousNames { withMark, all };
-    LONG checkName(const std::wstring& name, AmbiguousNames refused = AmbiguousNames::withMark) const;
+    enum class AmbiguousNames { questionMarkOnly, all };
+    LONG checkName(const std::wstring& name, AmbiguousNames refused = AmbiguousNames::questionMarkOnly) const;
 
     OwnedKey key_;
 };

@@ -19,56 +19,52 @@ inline std::string wideData(DWORD type, std::string data) {
     return isTextType(type) ? bytesOf(fromAnsi(data)) : std::move(data);
 }
 
-// A name: of a key up to 255 characters, of a value up to 16383.
-template <class F>
-class NameBuffer {
-  public:
-    // `ask(text, &length)` is repeated with more room until it says something else than ERROR_MORE_DATA. When
-    // that is asked of name and data in one call, it gives up at the longest name: the data was too long.
-    template <class Ask>
-    LONG fill(std::wstring& name, Ask ask) {
-        const DWORD longest = 1 << 16;
-        for (DWORD room = 512;; room = longest) {
-            typename F::Char small[512];
-            typename F::String large(room > 512 ? room : 0, typename F::Char{});
-            auto* text = large.empty() ? small : large.data();
-            DWORD length = room;
-            LONG error = ask(text, &length);
-            if (error == ERROR_MORE_DATA && room < longest) continue;
-            if (error == ERROR_SUCCESS) name = F::out(text, std::min(length, room));
-            return error;
-        }
+// A key's name has up to 255 characters, a value's up to 16,383.
+//
+// `ask(text, &length)` is called with the usual room first and with room for the longest name only after
+// ERROR_MORE_DATA. Asked for name and data in one call, Windows also answers that for data that is too long:
+// then the second answer is final.
+template <class F, class Ask>
+LONG readName(std::wstring& name, Ask ask) {
+    const DWORD usual = 512, longest = 1 << 16;
+    typename F::Char small[usual];
+    typename F::String large;
+    typename F::Char* text = small;
+    DWORD room = usual, length = usual;
+    LONG error = ask(text, &length);
+    if (error == ERROR_MORE_DATA) {
+        large.resize(longest);
+        text = large.data();
+        room = length = longest;
+        error = ask(text, &length);
     }
-};
+    if (error == ERROR_SUCCESS) name = F::out(text, std::min(length, room));
+    return error;
+}
 
-// Data of any length. What a call reports is believed only as far as the buffer goes, and only on success:
-// Windows 9x leaves the size of a missing value untouched.
-class DataBuffer {
-  public:
-    template <class Ask>
-    LONG fill(RegistryValue& value, bool isWide, Ask ask) {
-        const int attempts = 24;
-        BYTE small[1024];
-        BYTE* bytes = small;
-        DWORD room = sizeof small;
-        for (int i = 0; i < attempts; ++i) {
-            DWORD size = room, type = REG_NONE;
-            LONG error = ask(bytes, &size, &type);
-            if (error == ERROR_SUCCESS) {
-                value.type = type;
-                value.data.assign(reinterpret_cast<char*>(bytes), std::min(size, room));
-                if (!isWide) value.data = wideData(type, std::move(value.data));
-            }
-            if (error != ERROR_MORE_DATA) return error;
-            room = std::max(size, 2 * room);
-            large_.resize(room);
-            bytes = reinterpret_cast<BYTE*>(large_.data());
+// Data of any length. The size that a call reports is used only as far as the buffer goes, and only on
+// success: Windows 9x leaves the size of a missing value untouched.
+template <class Ask>
+LONG readData(RegistryValue& value, bool isWide, Ask ask) {
+    const int attempts = 24;
+    BYTE small[1024];
+    std::string large;
+    BYTE* bytes = small;
+    DWORD room = sizeof small;
+    for (int i = 0; i < attempts; ++i) {
+        DWORD size = room, type = REG_NONE;
+        LONG error = ask(bytes, &size, &type);
+        if (error == ERROR_SUCCESS) {
+            value.type = type;
+            value.data.assign(reinterpret_cast<char*>(bytes), std::min(size, room));
+            if (!isWide) value.data = wideData(type, std::move(value.data));
         }
-        return ERROR_MORE_DATA;
+        if (error != ERROR_MORE_DATA) return error;
+        room = std::max(size, 2 * room);
+        large.resize(room);
+        bytes = reinterpret_cast<BYTE*>(large.data());
     }
-
-  private:
-    std::string large_;
-};
+    return ERROR_MORE_DATA;
+}
 
 }  // namespace win32

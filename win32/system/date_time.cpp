@@ -8,21 +8,20 @@ namespace {
 
 // `pattern` may be empty: then the flags choose one of the locale's own forms.
 std::wstring dateText(const SYSTEMTIME& moment, DWORD flags, const std::wstring& pattern) {
-    return withFlavour([&](auto f) {
-        TextBuffer<decltype(f)> buffer(128);
+    return withFlavour([&]<class F>(F f) {
+        TextBuffer<F> buffer(128);
         auto format = f.in(pattern);
-        int written =
-            pattern.empty()
-                ? f.getDateFormat(LOCALE_USER_DEFAULT, flags, &moment, nullptr, buffer.data(), 128)
-                : f.getDateFormat(LOCALE_USER_DEFAULT, flags, &moment,
-                                  static_cast<const typename decltype(f)::Char*>(format), buffer.data(), 128);
+        int written = pattern.empty()
+                          ? f.getDateFormat(LOCALE_USER_DEFAULT, flags, &moment, nullptr, buffer.data(), 128)
+                          : f.getDateFormat(LOCALE_USER_DEFAULT, flags, &moment,
+                                            static_cast<const typename F::Char*>(format), buffer.data(), 128);
         return buffer.text(written > 0 ? written - 1 : 0);
     });
 }
 
 std::wstring timeText(const SYSTEMTIME& moment) {
-    return withFlavour([&](auto f) {
-        TextBuffer<decltype(f)> buffer(128);
+    return withFlavour([&]<class F>(F f) {
+        TextBuffer<F> buffer(128);
         int written = f.getTimeFormat(LOCALE_USER_DEFAULT, DWORD{0}, &moment, nullptr, buffer.data(), 128);
         return buffer.text(written > 0 ? written - 1 : 0);
     });

@@ -22,14 +22,13 @@ class RealDesktop : public Desktop {
 
     bool startProgram(const std::wstring& application, const std::wstring& commandLine) override {
         if (!isExactName(application) || !isExactName(commandLine)) return false;
-        return withFlavour([&](auto f) {
-            using F = decltype(f);
+        return withFlavour([&]<class F>(F f) {
             typename F::StartupInfo startup = {};
             startup.cb = sizeof startup;
             startup.dwFlags = STARTF_USESHOWWINDOW;
             startup.wShowWindow = SW_SHOWNORMAL;
             // CreateProcess writes into the command line, so it gets one of its own.
-            typename F::String line = textOf<F>(commandLine);
+            typename F::String line = spelled<F>(commandLine);
             PROCESS_INFORMATION process = {};
             bool started = application.empty()
                                ? f.createProcess(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
@@ -50,8 +49,7 @@ class RealDesktop : public Desktop {
 
     bool shellExecute(const ShellRequest& request) override {
         if (!isExactName(request.file)) return false;
-        return withFlavour([&](auto f) {
-            using F = decltype(f);
+        return withFlavour([&]<class F>(F f) {
             auto verb = f.in(request.verb);
             auto file = f.in(request.file);
             typename F::ShellExecuteInfo record = {};

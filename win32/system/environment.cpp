@@ -5,8 +5,7 @@
 namespace win32 {
 
 std::wstring environmentVariable(const std::wstring& name) {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) {
         DWORD size = f.getEnvironmentVariable(f.in(name), nullptr, DWORD{0});
         TextBuffer<F> buffer(size);
         return buffer.text(f.getEnvironmentVariable(f.in(name), buffer.data(), size));

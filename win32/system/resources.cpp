@@ -5,8 +5,8 @@
 namespace win32 {
 
 std::wstring loadString(int number) {
-    return withFlavour([&](auto f) {
-        TextBuffer<decltype(f)> buffer(4096);  // the most that an entry can hold
+    return withFlavour([&]<class F>(F f) {
+        TextBuffer<F> buffer(4096);  // the most that an entry can hold
         int length = f.loadString(::GetModuleHandleA(nullptr), number, buffer.data(),
                                   static_cast<int>(buffer.capacity()));
         return buffer.text(length);

@@ -65,25 +65,22 @@ std::wstring expandEnvironment(const std::wstring& text) {
 }
 
 std::wstring windowsFolder() {
-    return withFlavour([](auto f) {
-        using F = decltype(f);
+    return withFlavour([]<class F>(F f) {
         return filled<F>(MAX_PATH,
-                         [](auto* buffer, DWORD room) { return F::getWindowsDirectory(buffer, room); });
+                         [&](auto* buffer, DWORD room) { return f.getWindowsDirectory(buffer, room); });
     });
 }
 
 std::wstring systemFolder() {
-    return withFlavour([](auto f) {
-        using F = decltype(f);
+    return withFlavour([]<class F>(F f) {
         return filled<F>(MAX_PATH,
-                         [](auto* buffer, DWORD room) { return F::getSystemDirectory(buffer, room); });
+                         [&](auto* buffer, DWORD room) { return f.getSystemDirectory(buffer, room); });
     });
 }
 
 std::wstring tempFolder() {
-    return withFlavour([](auto f) {
-        using F = decltype(f);
-        return filled<F>(MAX_PATH, [](auto* buffer, DWORD room) { return F::getTempPath(room, buffer); });
+    return withFlavour([]<class F>(F f) {
+        return filled<F>(MAX_PATH, [&](auto* buffer, DWORD room) { return f.getTempPath(room, buffer); });
     });
 }
 
@@ -92,10 +89,9 @@ HMODULE thisModule() {
 }
 
 std::wstring modulePath(HMODULE module) {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
-        return filled<F>(
-            MAX_PATH, [&](auto* buffer, DWORD room) { return F::getModuleFileName(module, buffer, room); });
+    return withFlavour([&]<class F>(F f) {
+        return filled<F>(MAX_PATH,
+                         [&](auto* buffer, DWORD room) { return f.getModuleFileName(module, buffer, room); });
     });
 }
 
@@ -107,15 +103,14 @@ std::wstring moduleFolder(HMODULE module) {
 
 OsVersion osVersion() {
     OsVersion version = {majorVersion(), minorVersion(), 0, isNtFamily() ? 2ul : 1ul, {}, {}};
-    withFlavour([&](auto f) {
-        using F = decltype(f);
+    withFlavour([&]<class F>(F f) {
         typename F::OsVersionInfo info = {};
         info.dwOSVersionInfoSize = sizeof info;
-        if (!F::getVersionEx(&info)) return;
+        if (!f.getVersionEx(&info)) return;
         // On Windows 95, 98 and Me the high word repeats the version number.
         version.build = info.dwBuildNumber & 0xFFFF;
         version.servicePack =
-            F::out(info.szCSDVersion, std::char_traits<typename F::Char>::length(info.szCSDVersion));
+            f.out(info.szCSDVersion, std::char_traits<typename F::Char>::length(info.szCSDVersion));
     });
     version.version = std::to_wstring(version.major) + L'.' + std::to_wstring(version.minor) + L'.' +
                       std::to_wstring(version.build);

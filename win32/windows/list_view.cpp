@@ -26,9 +26,8 @@ void ListView::create(HWND parent, int id) {
 }
 
 void ListView::addColumn(int column, const std::wstring& title) {
-    withFlavour([&](auto f) {
-        using F = decltype(f);
-        auto text = textOf<F>(title);
+    withFlavour([&]<class F>(F f) {
+        auto text = spelled<F>(title);
         typename F::ListViewColumn record = {};
         record.mask = LVCF_TEXT | LVCF_SUBITEM;
         record.pszText = text.data();
@@ -55,9 +54,8 @@ void ListView::reserve(int rows) {
 }
 
 int ListView::addRow(const std::wstring& text, int image, LPARAM tag) {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
-        auto characters = textOf<F>(text);
+    return withFlavour([&]<class F>(F f) {
+        auto characters = spelled<F>(text);
         typename F::ListViewItem record = {};
         record.mask = LVIF_TEXT | LVIF_IMAGE | LVIF_PARAM;
         record.iItem = INT_MAX;  // after the last
@@ -70,9 +68,8 @@ int ListView::addRow(const std::wstring& text, int image, LPARAM tag) {
 }
 
 void ListView::setText(int row, int column, const std::wstring& text) {
-    withFlavour([&](auto f) {
-        using F = decltype(f);
-        auto characters = textOf<F>(text);
+    withFlavour([&]<class F>(F f) {
+        auto characters = spelled<F>(text);
         typename F::ListViewItem record = {};
         record.iSubItem = column;
         record.pszText = characters.data();
@@ -86,8 +83,7 @@ int ListView::count() const {
 }
 
 std::wstring ListView::text(int row, int column) const {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) {
         for (size_t size = 512;; size *= 4) {
             TextBuffer<F> buffer(size);
             typename F::ListViewItem record = {};

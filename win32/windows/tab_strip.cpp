@@ -10,13 +10,12 @@ void TabStrip::create(HWND parent, int id) {
 }
 
 void TabStrip::addTab(const std::wstring& key, const std::wstring& caption) {
-    withFlavour([&](auto f) {
-        using F = decltype(f);
-        auto text = textOf<F>(caption);
+    withFlavour([&]<class F>(F f) {
+        auto text = spelled<F>(caption);
         typename F::TabItem record = {};
         record.mask = TCIF_TEXT;
         record.pszText = text.data();
-        f.sendMessage(window_, F::isWide ? TCM_INSERTITEMW : TCM_INSERTITEMA, static_cast<WPARAM>(count()),
+        f.sendMessage(window_, f.isWide ? TCM_INSERTITEMW : TCM_INSERTITEMA, static_cast<WPARAM>(count()),
                       reinterpret_cast<LPARAM>(&record));
     });
     keys_.push_back(key);

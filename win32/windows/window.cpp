@@ -10,8 +10,7 @@ namespace {
 void (*errorSink)(const Error&) = nullptr;
 
 void registerClass(const std::wstring& className, WNDPROC procedure) {
-    withFlavour([&](auto f) {
-        using F = decltype(f);
+    withFlavour([&]<class F>(F f) {
         auto name = f.in(className);
         typename F::WindowClass windowClass = {};
         windowClass.style = CS_DBLCLKS;
@@ -36,9 +35,9 @@ void setWindowErrorSink(void (*sink)(const Error&)) {
     errorSink = sink;
 }
 
-std::wstring textOf(HWND window) {
-    return withFlavour([&](auto f) {
-        TextBuffer<decltype(f)> buffer(f.getWindowTextLength(window) + 1);
+std::wstring windowText(HWND window) {
+    return withFlavour([&]<class F>(F f) {
+        TextBuffer<F> buffer(f.getWindowTextLength(window) + 1);
         return buffer.text(f.getWindowText(window, buffer.data(), static_cast<int>(buffer.capacity())));
     });
 }
@@ -60,8 +59,7 @@ HWND topLevelOf(HWND window) {
 }
 
 OwnedFont messageFont(int dpi) {
-    return withFlavour([&](auto f) {
-        using F = decltype(f);
+    return withFlavour([&]<class F>(F f) {
         typename F::NonClientMetrics metrics = {};
         metrics.cbSize = sizeof metrics;
         f.systemParametersInfo(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
@@ -74,8 +72,8 @@ namespace {
 
 template <class Change>
 OwnedFont variantOf(HFONT font, Change change) {
-    return withFlavour([&](auto f) {
-        typename decltype(f)::LogicalFont description = {};
+    return withFlavour([&]<class F>(F f) {
+        typename F::LogicalFont description = {};
         f.getObject(font, static_cast<int>(sizeof description), &description);
         change(description);
         return OwnedFont(f.createFontIndirect(&description));
@@ -93,8 +91,8 @@ OwnedFont underlinedVersionOf(HFONT font) {
 }
 
 bool isHighContrast() {
-    return withFlavour([](auto f) {
-        typename decltype(f)::HighContrast setting = {};
+    return withFlavour([]<class F>(F f) {
+        typename F::HighContrast setting = {};
         setting.cbSize = sizeof setting;
         f.systemParametersInfo(SPI_GETHIGHCONTRAST, sizeof setting, &setting, 0);
         return (setting.dwFlags & HCF_HIGHCONTRASTON) != 0;

@@ -9,7 +9,7 @@
 
 namespace win32 {
 
-std::wstring textOf(HWND window);
+std::wstring windowText(HWND window);
 // On Windows 9x no more than the first 30000 characters, each up to two bytes there.
 void setText(HWND window, const std::wstring& text);
 LRESULT send(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);

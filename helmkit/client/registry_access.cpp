@@ -1,4 +1,6 @@
-#include "helmkit/client/client.h"
+#include "helmkit/client/registry_access.h"
+
+#include "win32/com/in_string.h"
 
 namespace helmkit {
 
@@ -27,30 +29,7 @@ std::vector<std::wstring> texts(const ComPtr<IKeyedList>& list) {
     return result;
 }
 
-std::unique_ptr<FileServices> sharedFileServices;
-std::unique_ptr<SystemServices> sharedSystemServices;
-
 }  // namespace
-
-Logger Logger::create() {
-    return Logger(ComPtr<IDispatch>(win32::create<ILogWriter>(CLSID_LogWriter, IID_ILogWriter).get()));
-}
-
-void Logger::OpenLogs(const std::wstring& fullLog, const std::wstring& shortLog) const {
-    auto writer = object_.as<ILogWriter>(IID_ILogWriter);
-    if (!writer) win32::raise(E_NOINTERFACE, L"The logger opens no logs");
-    check(writer->OpenLogs(InString(fullLog).get(), InString(shortLog).get()));
-}
-
-void Logger::WriteLog(LONG code, const std::wstring& text, LONG level, const std::wstring& source) const {
-    if (!object_) win32::raise(E_POINTER, L"There is no logger");
-    if (auto writer = object_.as<ILogWriter>(IID_ILogWriter)) {
-        check(writer->WriteLog(code, InString(text).get(), level, InString(source).get()));
-        return;
-    }
-    Variant arguments[] = {Variant(code), Variant(text), Variant(level), Variant(source)};
-    win32::invoke(object_.get(), L"WriteLog", arguments, 4);
-}
 
 RegistryAccess::RegistryAccess()
     : object_(win32::create<IRegistryAccess>(CLSID_RegistryAccess, IID_IRegistryAccess)) {}
@@ -117,61 +96,6 @@ std::wstring RegistryAccess::ExportValue(LONG hive, const std::wstring& keyPath,
     BString text;
     check(object_->ExportValue(hive, InString(keyPath).get(), InString(valueName).get(), text.out()));
     return text.text();
-}
-
-FileServices::FileServices() : object_(win32::create<IFileServices>(CLSID_FileServices, IID_IFileServices)) {}
-
-void FileServices::CreateFolder(const std::wstring& path) {
-    check(object_->CreateFolder(InString(path).get()));
-}
-
-bool FileServices::FileExists(const std::wstring& path) {
-    VARIANT_BOOL exists = VARIANT_FALSE;
-    check(object_->FileExists(InString(path).get(), &exists));
-    return exists != VARIANT_FALSE;
-}
-
-BString FileServices::ReadTextFile(const std::wstring& path) {
-    BString text;
-    check(object_->ReadTextFile(InString(path).get(), text.out()));
-    return text;
-}
-
-void FileServices::WriteTextFile(const std::wstring& path, const std::wstring& text) {
-    check(object_->WriteTextFile(InString(path).get(), InString(text).get()));
-}
-
-FileServices::Bytes FileServices::ReadFileBytes(const std::wstring& path) {
-    Bytes bytes;
-    check(object_->ReadFileBytes(InString(path).get(), &bytes.array));
-    return bytes;
-}
-
-bool VersionInfo::Exists(const std::wstring& name) const {
-    VARIANT_BOOL present = VARIANT_FALSE;
-    check(object_->Exists(InString(name).get(), &present));
-    return present != VARIANT_FALSE;
-}
-
-std::wstring VersionInfo::Item(const std::wstring& name) const {
-    BString text;
-    check(object_->get_Item(InString(name).get(), text.out()));
-    return text.text();
-}
-
-FileServices& fileServices() {
-    if (!sharedFileServices) sharedFileServices = std::make_unique<FileServices>();
-    return *sharedFileServices;
-}
-
-SystemServices& systemServices() {
-    if (!sharedSystemServices) sharedSystemServices = std::make_unique<SystemServices>();
-    return *sharedSystemServices;
-}
-
-void releaseSharedServices() {
-    sharedFileServices.reset();
-    sharedSystemServices.reset();
 }
 
 }  // namespace helmkit

@@ -1,0 +1,31 @@
+#include "helmkit/client/shared_services.h"
+
+#include <memory>
+
+#include "helmkit/client/system_services.h"
+
+namespace helmkit {
+
+namespace {
+
+std::unique_ptr<FileServices> sharedFileServices;
+std::unique_ptr<SystemServices> sharedSystemServices;
+
+}  // namespace
+
+FileServices& fileServices() {
+    if (!sharedFileServices) sharedFileServices = std::make_unique<FileServices>();
+    return *sharedFileServices;
+}
+
+SystemServices& systemServices() {
+    if (!sharedSystemServices) sharedSystemServices = std::make_unique<SystemServices>();
+    return *sharedSystemServices;
+}
+
+void releaseSharedServices() {
+    sharedFileServices.reset();
+    sharedSystemServices.reset();
+}
+
+}  // namespace helmkit
