@@ -1,11 +1,13 @@
 #include "app/FMain.h"
 
+#include "app/backup.h"
 #include "app/main_menu.h"
+#include "app/start_up.h"
+#include "app/tab_state.h"
+#include "app/tools_menu.h"
+#include "app/trap.h"
 #include "build_settings.h"
-#include "startup/ucOther.h"
-#include "startup/ucRun.h"
-#include "startup/ucServices.h"
-#include "startup/ucWinlogon.h"
+#include "helmkit/client/logger.h"
 #include "win32/system/system.h"
 #include "win32/windows/key_releases.h"
 #include "win32/windows/message_loop.h"
@@ -16,33 +18,16 @@ namespace app {
 namespace {
 
 // Design measures in twips.
-const int clientWidth = 9600, clientHeight = 6900;
-const int stripLeft = 75, stripTop = 60;
-const int footerLeft = 120, footerWidth = 9000, footerHeight = 255;
+struct Size {
+    int width, height;
+};
+const Size clientSize = {9600, 6900};
+const Size stripMargin = {150, 450};  // inner size of the window less that of the strip
+const Size pageMargin = {435, 975};   // width of the strip, inner height of the window, less those of a page
+const struct { int left, top; } stripPlace = {75, 60}, pagePlace = {285, 435};
+const struct { int left, fromBottom, width, height; } footer = {120, 300, 9000, 255};
 
 enum MainControl : int { tsId = 200, lblFooterId = 201 };
-
-const wchar_t* const tabs[][2] = {
-    {L"help", L"Help"},
-    {L"Run", L"General Startup Programs"},
-    {L"Winlogon", L"Winlogon Startup Programs"},
-    {L"Other", L"Custom Startup Programs"},
-    {L"Services", L"Services"},
-};
-
-// Errors that reach the border of a window procedure go to the log of the window that stands.
-const helmkit::Logger* logOfWindowErrors = nullptr;
-
-void logWindowError(const win32::Error& error) {
-    try {
-        if (logOfWindowErrors) {
-            logOfWindowErrors->WriteLog(error.number, error.description, helmkit::caughtError,
-                                        L"FMain.WindowProcedure");
-        }
-    } catch (...) {
-        // There is nobody left to tell.
-    }
-}
 
 }  // namespace
 
@@ -50,30 +35,30 @@ std::wstring programFolder() {
     return win32::moduleFolder(nullptr);
 }
 
-FMain::FMain() {
-    logOfWindowErrors = &logger_;
-    win32::setWindowErrorSink(logWindowError);
+FMain::FMain(std::span<const PageRow> table) : table_(table) {
+    // Errors that reach the border of a window procedure go to this window's log.
+    win32::setWindowErrorSink([this](const win32::Error& error) {
+        logger_.WriteLog(error.number, error.description, helmkit::caughtError, source(L".WindowProcedure"));
+    });
     create(L"QuillonMain", {}, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, nullptr, createMainMenu());
     ts_.create(handle(), tsId);
-    for (const auto& tab : tabs) ts_.addTab(tab[0], tab[1]);
-    strip_ = {ts_.window(), stripLeft, stripTop, 0, 0};
-
-    ucHelp1_ = std::make_unique<support::ucHelp>(handle());
-    startupPages_.push_back(std::make_unique<startup::ucRun>(handle()));
-    startupPages_.push_back(std::make_unique<startup::ucWinlogon>(handle()));
-    startupPages_.push_back(std::make_unique<startup::ucOther>(handle()));
-    startupPages_.push_back(std::make_unique<startup::ucServices>(handle()));
-
-    HWND footer = win32::createControl(
+    strip_ = {ts_.window(), stripPlace.left, stripPlace.top, 0, 0};
+    for (const PageRow& row : table_) {
+        ts_.addTab(row.key, row.caption);
+        auto page = row.make(handle());
+        HWND window = page->window().handle();
+        pages_.push_back({std::move(page), {window, pagePlace.left, pagePlace.top, 0, 0}});
+    }
+    HWND label = win32::createControl(
         handle(), L"Static", L"The latest version of Quillon is always available at " + settings::homePage,
         WS_VISIBLE | SS_NOPREFIX, 0, lblFooterId);
-    lblFooter_ = {footer, footerLeft, 0, footerWidth, footerHeight};
+    lblFooter_ = {label, footer.left, 0, footer.width, footer.height};
 
     // The pages lie on the strip.
     ::SetWindowPos(ts_.window(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
     adoptFont();
     const int dpi = win32::dpiOf(handle());
-    RECT frame = {0, 0, win32::toPixels(clientWidth, dpi), win32::toPixels(clientHeight, dpi)};
+    RECT frame = {0, 0, win32::toPixels(clientSize.width, dpi), win32::toPixels(clientSize.height, dpi)};
     ::AdjustWindowRect(&frame, WS_OVERLAPPEDWINDOW, TRUE);
     ::SetWindowPos(handle(), nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
                    SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
@@ -82,7 +67,37 @@ FMain::FMain() {
 FMain::~FMain() {
     win32::forgetDpi(handle());
     win32::setWindowErrorSink(nullptr);
-    logOfWindowErrors = nullptr;
+}
+
+bool FMain::Form_Initialize() {
+    return initialize(logger_, programFolder(),
+                      [this](const std::wstring& title) { win32::setText(handle(), title); });
+}
+
+void FMain::Form_Load() {
+    trapped(logger_, L".Form_Load", [&] {
+        writeBackup(logger_, programFolder());
+        InitTabStrip();
+        LogTabState();
+    });
+}
+
+void FMain::InitTabStrip() {
+    trapped(logger_, L".InitTabStrip", [&] {
+        hasPlacedPages_ = true;
+        Form_Resize();
+        for (ShownPage& shown : pages_) shown.page->Init(logger_);
+        currentPage_ = 1;
+        ShowCurrentPage();
+    });
+}
+
+void FMain::LogTabState() {
+    trapped(logger_, L".LogTabState", [&] {
+        for (size_t i = 0; i < pages_.size(); ++i) {
+            if (table_[i].logTemplate) logRows(logger_, table_[i].logTemplate, pages_[i].page->rows());
+        }
+    });
 }
 
 void FMain::show() {
@@ -98,16 +113,16 @@ void FMain::adoptFont() {
 }
 
 int FMain::pageOfKey(const std::wstring& key) const {
-    for (size_t i = 0; i < pages_.size(); ++i) {
-        if (key == pages_[i].key) return static_cast<int>(i) + 1;
+    for (size_t i = 0; i < table_.size(); ++i) {
+        if (key == table_[i].key) return static_cast<int>(i) + 1;
     }
     return 0;
 }
 
 void FMain::ShowCurrentPage() {
     int counter = 1;
-    for (const Page& page : pages_) {
-        ::ShowWindow(page.window->handle(), counter == currentPage_ ? SW_SHOW : SW_HIDE);
+    for (const ShownPage& shown : pages_) {
+        ::ShowWindow(shown.window(), counter == currentPage_ ? SW_SHOW : SW_HIDE);
         ++counter;
     }
     // A hidden control would go on receiving the keys.
@@ -117,14 +132,14 @@ void FMain::ShowCurrentPage() {
 }
 
 void FMain::ts_Click() {
-    trapped(L".ts_Click", [&] {
+    trapped(logger_, L".ts_Click", [&] {
         currentPage_ = pageOfKey(ts_.selectedKey());
         ShowCurrentPage();
     });
 }
 
 void FMain::Form_KeyUp(UINT key, unsigned modifiers) {
-    trapped(L".Form_KeyUp", [&] {
+    trapped(logger_, L".Form_KeyUp", [&] {
         if (key == VK_F5 && modifiers == 0) return mnuRefresh_Click();
         if (key != VK_TAB || !(modifiers & win32::controlKey)) return;
         const int last = static_cast<int>(pages_.size());
@@ -137,30 +152,30 @@ void FMain::Form_KeyUp(UINT key, unsigned modifiers) {
 }
 
 void FMain::mnuRefresh_Click() {
-    trapped(L".mnuRefresh_Click", [&] {
-        for (auto& page : startupPages_) page->RefreshList();
+    trapped(logger_, L".mnuRefresh_Click", [&] {
+        for (ShownPage& shown : pages_) shown.page->RefreshList();
     });
 }
 
 // All heights first, then the label, then the widths. A size that comes out negative is skipped alone.
 void FMain::Form_Resize() {
-    if (pages_.empty() || ::IsIconic(handle())) return;
+    if (!hasPlacedPages_ || ::IsIconic(handle())) return;
     const int dpi = win32::dpiOf(handle());
     RECT client;
     ::GetClientRect(handle(), &client);
     const int height = win32::toTwips(client.bottom, dpi), width = win32::toTwips(client.right, dpi);
 
-    auto& helpPage = pages_.front().place;
-    strip_.setHeight(height - 450);
-    helpPage.setHeight(height - 975);
-    for (Page& page : pages_) page.place.setHeight(helpPage.height());
-    lblFooter_.setTop(height - 300);
-    strip_.setWidth(width - 150);
-    helpPage.setWidth(strip_.width() - 435);
-    for (Page& page : pages_) page.place.setWidth(helpPage.width());
+    win32::PlacedControl& firstPage = pages_.front().place;
+    strip_.setHeight(height - stripMargin.height);
+    firstPage.setHeight(height - pageMargin.height);
+    for (ShownPage& shown : pages_) shown.place.setHeight(firstPage.height());
+    lblFooter_.setTop(height - footer.fromBottom);
+    strip_.setWidth(width - stripMargin.width);
+    firstPage.setWidth(strip_.width() - pageMargin.width);
+    for (ShownPage& shown : pages_) shown.place.setWidth(firstPage.width());
 
     strip_.apply(dpi);
-    for (const Page& page : pages_) page.place.apply(dpi);
+    for (const ShownPage& shown : pages_) shown.place.apply(dpi);
     lblFooter_.apply(dpi);
 }
 
@@ -171,10 +186,10 @@ void FMain::onResolutionChanged(int dpi, const RECT& place) {
                    place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
     Form_Resize();
     // A page whose size in pixels has stayed the same was not told to lay itself out again.
-    for (const Page& page : pages_) {
+    for (const ShownPage& shown : pages_) {
         RECT client;
-        ::GetClientRect(page.window->handle(), &client);
-        win32::send(page.window->handle(), WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.right, client.bottom));
+        ::GetClientRect(shown.window(), &client);
+        win32::send(shown.window(), WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.right, client.bottom));
     }
     ::InvalidateRect(handle(), nullptr, TRUE);
 }
@@ -187,15 +202,17 @@ void FMain::onCommand(UINT command) {
             ::DestroyWindow(handle());
             return;
         case mnuBackup:
-            return mnuBackup_Click();
+            return mnuBackup_Click(handle(), logger_, programFolder());
         case mnuRestore:
-            return mnuRestore_Click();
+            return mnuRestore_Click(handle(), logger_, programFolder());
         case mnuVisitWebsite:
-            return mnuVisitWebsite_Click();
+            return mnuVisitWebsite_Click(logger_);
         case mnuAbout:
-            return mnuAbout_Click();
+            return mnuAbout_Click(handle(), logger_);
     }
-    if (command >= mnuTandem && command <= mnuTandem + 3) mnuTandem_Click(command - mnuTandem);
+    if (command >= mnuTandem && command <= mnuTandem + 3) {
+        mnuTandem_Click(handle(), logger_, command - mnuTandem);
+    }
 }
 
 bool FMain::preview(MSG& message) {

@@ -1,10 +1,11 @@
-#include "app/FMain.h"
+#include "app/backup.h"
+
+#include "app/trap.h"
 #include "helmkit/client/file_services.h"
-#include "helmkit/client/logger.h"
 #include "helmkit/client/registry_access.h"
+#include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
 #include "resources/messages.h"
-#include "resources/resource_ids.h"
 #include "win32/base/text.h"
 #include "win32/base/utf16_bytes.h"
 #include "win32/system/date_time.h"
@@ -81,13 +82,13 @@ std::wstring fileContents(const std::wstring& body) {
 
 }  // namespace
 
-void FMain::BackupRegistry() {
-    trapped(L".BackupRegistry", [&] {
-        const std::wstring folder = programFolder() + L"\\Backup";
+void writeBackup(const helmkit::Logger& logger, const std::wstring& programFolder) {
+    trapped(logger, L".BackupRegistry", [&] {
+        const std::wstring folder = programFolder + L"\\Backup";
         helmkit::fileServices().CreateFolder(folder);
         const std::wstring body = exportBody();
         reportOmissions(body, [&](const std::wstring& omission) {
-            logger_.WriteLog(0, omission, helmkit::caughtError, source(L".BackupRegistry"));
+            logger.WriteLog(0, omission, helmkit::caughtError, source(L".BackupRegistry"));
         });
         const std::wstring file = helmkit::systemServices().FormatMessage(
             L"%1\\Backup %2.reg", {folder, win32::fileNameDateTime(win32::desktop().localTime())});
@@ -96,17 +97,17 @@ void FMain::BackupRegistry() {
 }
 
 // The message says so after a failed backup too, on purpose; the failure is in the log.
-void FMain::mnuBackup_Click() {
-    trapped(L".mnuBackup_Click", [&] {
-        BackupRegistry();
-        startup::showMessage(handle(), STRING_BACKUP_COMPLETE, startup::informationBox);
+void mnuBackup_Click(HWND window, const helmkit::Logger& logger, const std::wstring& programFolder) {
+    trapped(logger, L".mnuBackup_Click", [&] {
+        writeBackup(logger, programFolder);
+        resources::showMessage(window, STRING_BACKUP_COMPLETE, resources::informationBox);
     });
 }
 
-void FMain::mnuRestore_Click() {
-    trapped(L".mnuRestore_Click", [&] {
-        startup::showMessage(handle(), STRING_RESTORE, startup::informationBox);
-        win32::desktop().openFolder(handle(), programFolder() + L"\\Backup\\");
+void mnuRestore_Click(HWND window, const helmkit::Logger& logger, const std::wstring& programFolder) {
+    trapped(logger, L".mnuRestore_Click", [&] {
+        resources::showMessage(window, STRING_RESTORE, resources::informationBox);
+        win32::desktop().openFolder(window, programFolder + L"\\Backup\\");
     });
 }
 

@@ -1,4 +1,3 @@
-
 #include "app/FMain.h"
 #include "helmkit/client/shared_services.h"
 #include "win32/com/com.h"
@@ -12,12 +11,14 @@ namespace {
 // On 64-bit Windows a 32-bit program is told the folders of 32-bit programs; the startup entries are those of
 // the whole system, so their environment references mean the others.
 void useFoldersOfTheWholeSystem() {
+    const struct {
+        const wchar_t* own;
+        const wchar_t* whole;
+    } variables[] = {{L"ProgramFiles", L"ProgramW6432"}, {L"CommonProgramFiles", L"CommonProgramW6432"}};
     if (!win32::isRedirected()) return;
-    for (const wchar_t* name : {L"ProgramFiles", L"CommonProgramFiles"}) {
-        const bool isProgramFiles = std::wstring(name) == L"ProgramFiles";
-        std::wstring whole =
-            win32::environmentVariable(isProgramFiles ? L"ProgramW6432" : L"CommonProgramW6432");
-        if (!whole.empty()) win32::setEnvironmentVariable(name, whole);
+    for (const auto& variable : variables) {
+        const std::wstring whole = win32::environmentVariable(variable.whole);
+        if (!whole.empty()) win32::setEnvironmentVariable(variable.own, whole);
     }
 }
 

@@ -1,13 +1,14 @@
+#include "app/tools_menu.h"
+
 #include "app/FAbout.h"
-#include "app/FMain.h"
+#include "app/trap.h"
 #include "build_settings.h"
 #include "files/explorer.h"
 #include "helmkit/client/file_services.h"
 #include "helmkit/client/registry_access.h"
+#include "helmkit/client/shared_services.h"
 #include "resources/messages.h"
-#include "resources/resource_ids.h"
 #include "win32/base/path.h"
-#include "win32/base/text.h"
 #include "win32/system/desktop.h"
 
 namespace app {
@@ -35,8 +36,8 @@ std::wstring installedProgram(const std::wstring& product, const std::wstring& p
 
 }  // namespace
 
-void FMain::mnuTandem_Click(unsigned index) {
-    trapped(L".mnuTandem_Click", [&] {
+void mnuTandem_Click(HWND window, const helmkit::Logger& logger, unsigned index) {
+    trapped(logger, L".mnuTandem_Click", [&] {
         const auto& tool = tools[index];
         if (!tool.product) return;
         const std::wstring program = installedProgram(tool.product, tool.programFile);
@@ -45,20 +46,21 @@ void FMain::mnuTandem_Click(unsigned index) {
             win32::desktop().startProgram(program, L"\"" + program + L"\"");
             return;
         }
-        startup::showMessage(handle(), STRING_TOOL_NOT_INSTALLED, startup::exclamation, {tool.product});
+        resources::showMessage(window, STRING_TOOL_NOT_INSTALLED, resources::exclamation, {tool.product});
         const UINT ask = MB_ICONINFORMATION | MB_OKCANCEL;
-        if (startup::showMessage(handle(), STRING_DOWNLOAD_TOOL, ask, {tool.product}) == IDOK) {
+        if (resources::showMessage(window, STRING_DOWNLOAD_TOOL, ask, {tool.product}) == IDOK) {
             files::startExplorer(settings::downloadAddress(tool.programFile));
         }
     });
 }
 
-void FMain::mnuAbout_Click() {
-    trapped(L".mnuAbout_Click", [&] { FAbout(handle(), [this] { mnuVisitWebsite_Click(); }).showModal(); });
+void mnuAbout_Click(HWND window, const helmkit::Logger& logger) {
+    trapped(logger, L".mnuAbout_Click",
+            [&] { FAbout(window, [&] { mnuVisitWebsite_Click(logger); }).showModal(); });
 }
 
-void FMain::mnuVisitWebsite_Click() {
-    trapped(L".mnuVisitWebsite_Click", [&] { files::startExplorer(settings::homePage); });
+void mnuVisitWebsite_Click(const helmkit::Logger& logger) {
+    trapped(logger, L".mnuVisitWebsite_Click", [&] { files::startExplorer(settings::homePage); });
 }
 
 }  // namespace app

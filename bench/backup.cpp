@@ -1,9 +1,10 @@
-#include "app/FMain.h"
-#include "app/main_menu.h"
+#include "app/backup.h"
 #include "bench/exported_values.h"
 #include "bench/floor/floors.h"
 #include "bench/page.h"
 #include "bench/processes.h"
+#include "helmkit/client/logger.h"
+#include "win32/system/system.h"
 
 namespace bench {
 
@@ -25,12 +26,6 @@ void runPeer(const std::wstring& file, bool onEmptyKeys) {
     }
 }
 
-// What the user's command does: the backup, and a message that is answered at once.
-void backUp(World& world, app::FMain& window) {
-    world.desktop.messageBoxAnswers.push_back(IDOK);
-    ::SendMessageW(window.handle(), WM_COMMAND, app::mnuBackup, 0);
-}
-
 void comparePeer(const std::wstring& file, double ours, const Options& options, Report& report) {
     // What the peer takes on empty keys is what its starts take.
     const Medians peer =
@@ -45,10 +40,11 @@ void backup(const Options& options, Report& report) {
     World world;
     storeExportedValues(options.quick ? 200 : 10000);
     for (HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) RegistryFixture::makeKey(hive, emptyKey);
-    app::FMain window;
+    const helmkit::Logger logger = helmkit::Logger::create();
+    const std::wstring folder = win32::moduleFolder(nullptr);
     const Medians medians =
-        compare([&] { backUp(world, window); }, [&] { floor::backup(world.folder.file(L"floor.backup")); },
-                roundsFor(options));
+        compare([&] { app::writeBackup(logger, folder); },
+                [&] { floor::backup(world.folder.file(L"floor.backup")); }, roundsFor(options));
     report.add({.name = "backup", .ours = medians.ours, .floor = medians.floor, .target = 1.5});
     comparePeer(world.folder.file(L"peer.reg"), medians.ours, options, report);
 }

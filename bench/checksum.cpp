@@ -1,5 +1,7 @@
 #include "files/checksum.h"
 
+#include "files/file_checksum.h"
+
 #include "bench/page.h"
 
 namespace bench {

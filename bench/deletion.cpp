@@ -11,7 +11,7 @@ namespace {
 
 const int deleteButton = 103;
 
-void deleteOurs(World& world, startup::ucRun& page) {
+void deleteOurs(World& world, startup::StartupListControl& page) {
     // The question, and the message that it is done.
     world.desktop.messageBoxAnswers = {IDOK, IDOK};
     ::SendMessageW(page.handle(), WM_COMMAND, MAKEWPARAM(deleteButton, BN_CLICKED), 0);

@@ -64,7 +64,7 @@ double perThousandRows(const wchar_t* whose, int count) {
 DWORD memoryOfOurRows(int count) {
     return memoryOf(count, [] {
         HiddenWindow parent;
-        startup::ucRun page(parent.handle());
+        startup::StartupListControl page(parent.handle(), std::make_unique<startup::ucRun>());
         helmkit::Logger log = helmkit::Logger::create();
         Peak peak;
         page.Init(log);

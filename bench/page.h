@@ -29,10 +29,10 @@ struct World {
 };
 
 // The page, filled, and a list for the floor, of the same size.
-template <class Page>
+template <class Category>
 struct Pages {
     HiddenWindow ourParent, floorParent;
-    Page page{ourParent.handle()};
+    startup::StartupListControl page{ourParent.handle(), std::make_unique<Category>()};
     floor::List list;
 
     Pages() {

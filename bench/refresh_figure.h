@@ -7,14 +7,14 @@
 
 namespace bench {
 
-template <class Page>
+template <class Category>
 void refreshFigure(const std::string& name, decltype(runValues)* values, decltype(floor::readGeneral)* read,
                    const Options& options, Report& report) {
     std::optional<double> before;
     for (int count : entryCounts(options)) {
         World world;
         store(values(count, makePrograms(world.folder.path(), std::min(count, distinctFiles))));
-        Pages<Page> pages;
+        Pages<Category> pages;
         auto ours = [&] { pages.page.RefreshList(); };
         auto floor = [&] { pages.list.fill(read()); };
         floor();

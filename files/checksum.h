@@ -3,16 +3,11 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
 
 namespace files {
 
 // Over `size` bytes in order, from h = 0: h = h / 2 + (h % 2) * 2^30 + byte, a 31-bit rotation to the right
 // and an addition. A step whose sum exceeds 2^31 - 1 is left out.
 int32_t checksum(const uint8_t* bytes, size_t size);
-
-// The checksum of a file's contents; `size` is its length in bytes. Both are 0 for a file that is empty,
-// missing, unreadable or over 2 GiB; nothing is thrown.
-int32_t FileChecksum(const std::wstring& fileName, int32_t& size);
 
 }  // namespace files

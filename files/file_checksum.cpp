@@ -1,5 +1,8 @@
+#include "files/file_checksum.h"
+
 #include "files/checksum.h"
 #include "helmkit/client/file_services.h"
+#include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
 
 namespace files {

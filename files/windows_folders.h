@@ -5,8 +5,13 @@
 
 namespace files {
 
-// Both lower-cased and ending in a backslash. `sysDir` is "system32\" below the Windows folder on the NT
-// family, "system\" on Windows 95, 98 and Me.
-void GetWindowsFolders(std::wstring& winDir, std::wstring& sysDir);
+// Both are lower-cased and end in a backslash.
+struct WindowsFolders {
+    std::wstring winDir;
+    std::wstring sysDir;  // "system32\" below winDir on the NT family, "system\" on Windows 95, 98 and Me
+};
+
+// winDir is %windir% expanded. Throws what the expansion throws.
+WindowsFolders GetWindowsFolders();
 
 }  // namespace files

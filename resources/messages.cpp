@@ -1,11 +1,12 @@
 #include "resources/messages.h"
 
+#include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
 #include "win32/system/desktop.h"
 #include "win32/system/resources.h"
 #include "win32/windows/window.h"
 
-namespace startup {
+namespace resources {
 
 std::wstring messageText(int number, const std::vector<std::wstring>& arguments) {
     return helmkit::systemServices().FormatMessage(win32::loadString(number), arguments);
@@ -16,4 +17,4 @@ int showMessage(HWND window, int number, UINT style, const std::vector<std::wstr
                                        win32::loadString(STRING_PRODUCT), style);
 }
 
-}  // namespace startup
+}  // namespace resources

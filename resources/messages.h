@@ -7,7 +7,7 @@
 #include "resources/resource_ids.h"
 #include "win32/base/platform.h"
 
-namespace startup {
+namespace resources {
 
 // The styles that the program uses.
 constexpr UINT exclamation = MB_ICONEXCLAMATION;
@@ -20,4 +20,4 @@ std::wstring messageText(int number, const std::vector<std::wstring>& arguments 
 // Shows it, owned by the top-level window that holds `window`; gives back the button pressed.
 int showMessage(HWND window, int number, UINT style, const std::vector<std::wstring>& arguments = {});
 
-}  // namespace startup
+}  // namespace resources

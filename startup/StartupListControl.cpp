@@ -1,12 +1,9 @@
 #include "startup/StartupListControl.h"
 
-#include <algorithm>
-#include <iterator>
-
 #include "files/file_properties.h"
 #include "helmkit/client/file_services.h"
+#include "helmkit/client/shared_services.h"
 #include "resources/messages.h"
-#include "resources/resource_ids.h"
 #include "win32/system/desktop.h"
 #include "win32/windows/menu.h"
 #include "win32/windows/scale.h"
@@ -15,26 +12,26 @@ namespace startup {
 
 namespace {
 
-// The row icons in the order of their picture strip; the picture's colour silver is transparent.
-const std::wstring* const iconKeys[] = {&icon::exclamation, &icon::protectedEntry, &icon::ordinary};
+// The pictures stand in a strip, in the order of Icon; their colour silver is transparent.
 const int iconWidth = 16;
 const COLORREF silver = RGB(192, 192, 192);
 
-int imageOf(const std::wstring& key) {
-    auto found = std::find_if(std::begin(iconKeys), std::end(iconKeys), [&](auto* k) { return *k == key; });
-    return static_cast<int>(found - std::begin(iconKeys));
+int imageOf(Icon icon) {
+    return static_cast<int>(icon);
 }
 
 enum ContextCommand : UINT { mnuDelete = 1, mnuProperties };
 
 }  // namespace
 
-StartupListControl::StartupListControl(HWND parent, const wchar_t* controlName, const PageDesign& design)
-    : TabPage(parent, controlName), design_(design) {
+StartupListControl::StartupListControl(HWND parent, std::unique_ptr<Category> category)
+    : TabPage(parent, (category->design().typeName + std::wstring(L"1")).c_str()),
+      category_(std::move(category)),
+      design_(category_->design()) {
     lv_.create(handle(), lvId);
     adoptResolution(win32::dpiOf(handle()));
-    for (int column : {0, 1}) lv_.addColumn(column, design.columns[column]);
-    layout_.create(handle(), design, lv_);
+    for (int column : {0, 1}) lv_.addColumn(column, design_.columns[column]);
+    layout_.create(handle(), design_, lv_);
     lvKeys_.listen(lv_.window(), [this](UINT key, unsigned modifiers) { lv_KeyUp(key, modifiers); });
 }
 
@@ -46,10 +43,6 @@ void StartupListControl::adoptResolution(int dpi) {
     imagesDpi_ = dpi;
 }
 
-std::wstring StartupListControl::source(const wchar_t* procedure) const {
-    return std::wstring(design_.typeName) + procedure;
-}
-
 void StartupListControl::Init(helmkit::Logger& log) {
     log_ = log;
     RefreshList();
@@ -57,12 +50,11 @@ void StartupListControl::Init(helmkit::Logger& log) {
 
 void StartupListControl::RefreshList() {
     trapped(L".RefreshList", [&] {
-        std::unique_ptr<StartupItem> before;
-        if (design_.keepsSelection && lv_.selected() != win32::ListView::none) {
-            before = std::make_unique<StartupItem>(itemOf(lv_.selected()));
-        }
+        const int selected = lv_.selected();
+        const bool keeps = design_.keepsSelection && selected != win32::ListView::none;
+        const LONG place = keeps ? itemOf(selected).place() : 0;
         fillList();
-        if (lv_.count() > 0) lv_.select(rowToSelect(before.get()));
+        if (lv_.count() > 0) lv_.select(keeps ? rowOfPlace(place) : 0);
         lv_ItemClick();
     });
 }
@@ -74,39 +66,40 @@ void StartupListControl::fillList() {
     items_.clear();
     currentItem_ = win32::ListView::none;
     layout_.showFile({});
-    descriptions_ = std::make_unique<FileDescriptions>();
-    StartupItemList list;
-    EnumItems(list);
-    items_ = list.records();
+    items_ = category_->EnumItems(log_).items();
     lv_.reserve(static_cast<int>(items_.size()));
     for (size_t i = 0; i < items_.size(); ++i) {
-        const StartupItem& item = items_[i];
-        int row = lv_.addRow(item.text(field::Name), imageOf(item.text(iconField())), static_cast<LPARAM>(i));
-        lv_.setText(row, 1, secondColumn(item));
+        const ListedRow texts = listedRow(design_, items_[i]);
+        const int row = lv_.addRow(texts.text, imageOf(items_[i].icon()), static_cast<LPARAM>(i));
+        lv_.setText(row, 1, texts.second);
     }
 }
 
-std::wstring StartupListControl::secondColumn(const StartupItem& item) const {
-    std::wstring manufacturer = item.text(field::Manufacturer);
-    return manufacturer.empty() ? win32::loadString(STRING_NOT_SPECIFIED) : manufacturer;
+std::vector<ListedRow> StartupListControl::rows() const {
+    std::vector<ListedRow> rows;
+    for (int row = 0; row < lv_.count(); ++row) {
+        rows.push_back({lv_.text(row, 0), lv_.text(row, 1), itemOf(row).file()});
+    }
+    return rows;
 }
 
-int StartupListControl::rowToSelect(const StartupItem* selectedBefore) const {
-    for (int row = 0; selectedBefore && row < lv_.count(); ++row) {
-        if (isSameEntry(itemOf(row), *selectedBefore)) return row;
+// The first row where that place is no longer listed.
+int StartupListControl::rowOfPlace(LONG place) const {
+    for (int row = 0; row < lv_.count(); ++row) {
+        if (itemOf(row).place() == place) return row;
     }
     return 0;
 }
 
 bool StartupListControl::isProtected(int row) const {
-    return lv_.image(row) == imageOf(icon::protectedEntry);
+    return lv_.image(row) == imageOf(Icon::protectedEntry);
 }
 
 void StartupListControl::lv_ItemClick() {
     trapped(L".lv_ItemClick", [&] {
-        int row = lv_.selected();
+        const int row = lv_.selected();
         if (row == win32::ListView::none || !design_.hasFileBox) return layout_.showFile({});
-        std::wstring file = itemOf(row).text(field::Dll);
+        const std::wstring file = itemOf(row).file();
         layout_.showFile(file.empty() ? win32::loadString(STRING_IMPROPERLY_CONFIGURED) : file);
     });
 }
@@ -116,7 +109,7 @@ void StartupListControl::lv_KeyUp(UINT key, unsigned modifiers) {
         if (key == VK_APPS && design_.hasContextMenuKey) return lv_MouseUp();
         if (key != VK_RETURN || modifiers != win32::altKey || !design_.hasContextMenu) return;
         currentItem_ = lv_.selected();
-        if (currentItem_ == win32::ListView::none || itemOf(currentItem_).text(field::Dll).empty()) return;
+        if (currentItem_ == win32::ListView::none || itemOf(currentItem_).file().empty()) return;
         mnuProperties_Click();
     });
 }
@@ -127,7 +120,7 @@ void StartupListControl::lv_MouseUp() {
         currentItem_ = lv_.selected();
         if (currentItem_ == win32::ListView::none) return;
         std::vector<win32::MenuRow> rows = {{mnuDelete, L"&Delete"}};
-        bool hasFile = !itemOf(currentItem_).text(field::Dll).empty();
+        bool hasFile = !itemOf(currentItem_).file().empty();
         if (hasFile || !design_.hidesSeparator) rows.push_back({0, L"-"});
         if (hasFile) rows.push_back({mnuProperties, L"&Properties"});
         auto mnuContext = win32::createPopUpMenu(rows);
@@ -143,43 +136,49 @@ void StartupListControl::lv_MouseUp() {
 
 void StartupListControl::cmdDelete_Click() {
     trapped(L".cmdDelete_Click", [&] {
-        int row = lv_.selected();
-        if (row != win32::ListView::none) deleteRow(row);
+        const int row = lv_.selected();
+        if (row == win32::ListView::none) return;
+        if (design_.deletes) return deleteRow(row);
+        currentItem_ = row;
+        if (!itemOf(row).file().empty()) mnuProperties_Click();
     });
 }
 
-void StartupListControl::refuseOrDelete(int row, int refusal) {
+// Shows no box for the number 0.
+int StartupListControl::messageBox(int number, UINT style, const std::wstring& argument) const {
+    return number ? resources::showMessage(handle(), number, style, {argument}) : IDOK;
+}
+
+void StartupListControl::deleteRow(int row) {
+    const StartupItem item = itemOf(row);
     const std::wstring text = lv_.text(row, 0);
+    const DeletionMessages messages = category_->messagesFor(item);
     if (isProtected(row)) {
-        showMessage(handle(), refusal, exclamation, {text});
+        messageBox(messages.refusal, resources::exclamation, text);
         return;
     }
-    if (showMessage(handle(), STRING_CONFIRM_DELETE, exclamationOkCancel, {text}) != IDOK) return;
-    Deletion deletion = deleteItem(itemOf(row), text);
-    log_.WriteLog(0, deletion.logLine, helmkit::information, {});
+    if (messageBox(messages.confirmation, resources::exclamationOkCancel, text) != IDOK) return;
+    const Category::Deletion deletion = category_->deleteItem(item, text);
+    if (!deletion.logLine.empty()) {
+        log_.WriteLog(0, deletion.logLine, helmkit::information, deletion.logSource);
+    }
     if (deletion.succeeded) {
-        showMessage(handle(), STRING_DELETED, informationBox, {text});
+        messageBox(messages.success, resources::informationBox, text);
     } else {
-        showMessage(handle(), STRING_ACCESS_DENIED, exclamation, {text});
+        messageBox(messages.failure, resources::exclamation, text);
     }
     RefreshList();
 }
 
-StartupListControl::Deletion StartupListControl::deleteItem(const StartupItem&, const std::wstring&) {
-    return {false, {}};
-}
-
 void StartupListControl::mnuProperties_Click() {
-    trapped(L".mnuProperties_Click", [&] { showProperties(currentItem_); });
-}
-
-void StartupListControl::showProperties(int row) {
-    std::wstring file = itemOf(row).text(field::Dll);
-    if (helmkit::fileServices().FileExists(file)) {
-        files::ShowFileProperties(file, win32::topLevelOf(handle()));
-    } else {
-        showMessage(handle(), STRING_FILE_NOT_FOUND, exclamation, {file});
-    }
+    trapped(L".mnuProperties_Click", [&] {
+        const std::wstring file = itemOf(currentItem_).file();
+        if (helmkit::fileServices().FileExists(file)) {
+            files::ShowFileProperties(file, win32::topLevelOf(handle()));
+        } else {
+            messageBox(STRING_FILE_NOT_FOUND, resources::exclamation, file);
+        }
+    });
 }
 
 LRESULT StartupListControl::onNotify(const NMHDR& notification) {
@@ -191,10 +190,10 @@ LRESULT StartupListControl::onNotify(const NMHDR& notification) {
     }
     // The rows are our own: no need to hear of each that goes.
     if (notification.code == static_cast<UINT>(LVN_DELETEALLITEMS)) return TRUE;
-    // The control keeps the release of the right button to itself and tells a click instead.
     if (notification.code == static_cast<UINT>(NM_CUSTOMDRAW) && design_.emphasizesValues) {
-        return emphasis_.onCustomDraw(lv_, notification, imageOf(icon::exclamation));
+        return emphasis_.onCustomDraw(lv_, notification, imageOf(Icon::exclamation));
     }
+    // The control keeps the release of the right button to itself and tells a click instead.
     if (notification.code == static_cast<UINT>(NM_RCLICK) && design_.hasContextMenu) lv_MouseUp();
     return 0;
 }

@@ -1,8 +1,8 @@
 #include "startup/browser_checks.h"
 
 #include "build_settings.h"
+#include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
-#include "startup/StartupItem.h"
 #include "win32/base/ascii.h"
 #include "win32/base/path.h"
 #include "win32/base/text.h"
@@ -22,24 +22,24 @@ std::wstring expandedAndLowered(const std::wstring& path) {
     return win32::lowered(helmkit::systemServices().ExpandEnvironment(path));
 }
 
-const std::wstring& okIf(bool condition) {
-    return condition ? icon::protectedEntry : icon::exclamation;
+Icon okIf(bool condition) {
+    return condition ? Icon::protectedEntry : Icon::exclamation;
 }
 
 }  // namespace
 
-std::wstring classServerCheck(helmkit::RegistryAccess& registry, const std::wstring& classId,
-                              const std::wstring& dllName, std::wstring& server) {
+Icon classServerCheck(helmkit::RegistryAccess& registry, const std::wstring& classId,
+                      const std::wstring& dllName, std::wstring& server) {
     server = expandedAndLowered(
         registry.ReadValue(helmkit::HKCR, L"CLSID\\" + classId + L"\\InProcServer32", {}).data);
     return okIf(server == inSystemFolder(dllName));
 }
 
-std::wstring blankPageCheck(const std::wstring& path) {
+Icon blankPageCheck(const std::wstring& path) {
     return okIf(expandedAndLowered(path) == inSystemFolder(L"blank.htm"));
 }
 
-std::wstring startPageCheck(const std::wstring& address) {
+Icon startPageCheck(const std::wstring& address) {
     const std::wstring lowered = win32::lowered(address);
     const size_t makerPrefix = 24;
     return okIf(lowered == L"about:blank" || lowered == settings::portalPage ||

@@ -4,21 +4,23 @@
 #include <string>
 
 #include "helmkit/client/registry_access.h"
+#include "startup/StartupItem.h"
 
 namespace startup {
 
-// Each gives back an icon key: "OK" for what Windows has there, "i" for anything else.
+// Each returns Icon::protectedEntry ("OK") for what Windows has there, Icon::exclamation ("i") for anything
+// else.
 
 // The library that serves a class (HKEY_CLASSES_ROOT, CLSID, InProcServer32), expanded and lower-cased in
 // `server`, is `dllName` in the system folder.
-std::wstring classServerCheck(helmkit::RegistryAccess& registry, const std::wstring& classId,
-                              const std::wstring& dllName, std::wstring& server);
+Icon classServerCheck(helmkit::RegistryAccess& registry, const std::wstring& classId,
+                      const std::wstring& dllName, std::wstring& server);
 
 // The page is the system folder's own blank page. `path` may hold environment references.
-std::wstring blankPageCheck(const std::wstring& path);
+Icon blankPageCheck(const std::wstring& path);
 
 // The page is blank or the portal's, in any letter case, or one of the maker's or of the browser's own pages,
 // in exactly their letters.
-std::wstring startPageCheck(const std::wstring& address);
+Icon startPageCheck(const std::wstring& address);
 
 }  // namespace startup

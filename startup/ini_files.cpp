@@ -1,6 +1,7 @@
 #include "startup/ini_files.h"
 
 #include "helmkit/client/file_services.h"
+#include "helmkit/client/shared_services.h"
 
 namespace startup {
 

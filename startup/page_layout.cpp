@@ -15,7 +15,7 @@ const int noteWidth = 5000;
 
 }  // namespace
 
-void PageLayout::create(HWND page, const PageDesign& design, const win32::ListView& list) {
+void PageLayout::create(HWND page, const CategoryDesign& design, const win32::ListView& list) {
     using win32::createControl;
     list_ = list;
     hasFileBox_ = design.hasFileBox;

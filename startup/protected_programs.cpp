@@ -1,5 +1,7 @@
+#include "startup/protected_programs.h"
+
+#include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
-#include "startup/ucRun.h"
 #include "win32/base/path.h"
 #include "win32/base/text.h"
 #include "win32/system/desktop.h"
@@ -34,14 +36,14 @@ std::wstring programFilesFolder() {
 }  // namespace
 
 bool isProtectedProgram(const std::wstring& fileName, const std::wstring& manufacturer,
-                        const std::wstring& winDir, const std::wstring& sysDir) {
+                        const files::WindowsFolders& folders) {
     if (manufacturer != L"Microsoft Corporation") return false;
     const std::wstring lowered = win32::lowered(fileName);
     const Systems unlisted = win32::isNtFamily() ? Systems::windows9x : Systems::ntFamily;
     for (const auto& program : protectedPrograms) {
         if (program.systems == unlisted) continue;
-        std::wstring folder = program.folder == Folder::system    ? sysDir
-                              : program.folder == Folder::windows ? winDir
+        std::wstring folder = program.folder == Folder::system    ? folders.sysDir
+                              : program.folder == Folder::windows ? folders.winDir
                                                                   : programFilesFolder();
         if (lowered == folder + program.file) return true;
     }

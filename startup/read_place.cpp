@@ -1,7 +1,7 @@
-#include "helmkit/client/registry_access.h"
+#include "startup/read_place.h"
+
+#include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
-#include "startup/StartupItem.h"
-#include "startup/special_places.h"
 #include "win32/base/path.h"
 #include "win32/base/text.h"
 #include "win32/files/folders.h"
@@ -14,45 +14,46 @@ const std::wstring several = L"One or more startups";
 const std::wstring userShellFoldersKey =
     L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
 
-// The icon of a value that stands at a place.
-std::wstring iconOf(const SpecialPlace& place, const std::wstring& value) {
-    bool isDefault = place.hasDefault && win32::lowered(value) == place.defaultValue;
-    return isDefault ? icon::protectedEntry : place.ordinaryIcon;
+// The state of a place that holds a value.
+PlaceState holding(const SpecialPlace& place, const std::wstring& value,
+                   const files::WindowsFolders& folders) {
+    const bool isDefault = place.isDefault(value, folders.sysDir);
+    return {true, isDefault ? Icon::protectedEntry : place.ordinaryIcon, value};
 }
 
-PlaceState readRegistryValue(helmkit::RegistryAccess& registry, const SpecialPlace& place) {
+PlaceState readRegistryValue(helmkit::RegistryAccess& registry, const SpecialPlace& place,
+                             const files::WindowsFolders& folders) {
     std::wstring value = registry.ReadValue(place.hive, place.location, place.name).data;
     if (value.empty()) return {};
-    return {true, iconOf(place, value), value};
+    return holding(place, value, folders);
 }
 
 // Lines count in whatever section they stand. A place with a default ("shell=") is listed even for an empty
 // line; its first changed line decides, else its last. One without is listed for its first line with a value.
-PlaceState readIniLine(IniFiles& iniFiles, const SpecialPlace& place, const std::wstring& winDir) {
+PlaceState readIniLine(IniFiles& iniFiles, const SpecialPlace& place, const files::WindowsFolders& folders) {
     PlaceState state;
-    for (const IniLine& line : iniFiles.startupLinesOf(winDir + place.location)) {
+    for (const IniLine& line : iniFiles.startupLinesOf(folders.winDir + place.location)) {
         if (line.key != place.name) continue;
-        if (line.rest.empty() && !place.hasDefault) continue;
-        std::wstring value = win32::fromAnsi(win32::textAsBytes(line.rest));
-        state = {true, iconOf(place, value), value};
-        if (state.icon == icon::exclamation) break;
+        if (line.rest.empty() && !place.expected) continue;
+        state = holding(place, win32::fromAnsi(win32::textAsBytes(line.rest)), folders);
+        if (state.icon == Icon::exclamation) break;
     }
     return state;
 }
 
 PlaceState readRunOnceEx(helmkit::RegistryAccess& registry, const SpecialPlace& place) {
     if (registry.EnumSubkeys(place.hive, place.location).empty()) return {};
-    return {true, icon::exclamation, several};
+    return {true, Icon::exclamation, several};
 }
 
 PlaceState readStartupFolder(helmkit::RegistryAccess& registry, const SpecialPlace& place) {
     std::wstring folder = startupFolder(registry, place);
-    // Nothing is listed for a folder that is configured nowhere, although it has an icon and a value: kept
-    // so.
-    if (folder.empty()) return {false, icon::ordinary, L"Invalid registry value"};
+    // Nothing is listed for a folder that is configured nowhere, although it has an icon and a value: on
+    // purpose, so that whoever reads the place can tell it from an empty folder.
+    if (folder.empty()) return {false, place.ordinaryIcon, L"Invalid registry value"};
     folder = win32::withBackslash(helmkit::systemServices().ExpandEnvironment(folder));
     if (!win32::holdsNormalFile(folder)) return {};
-    return {true, icon::ordinary, several};
+    return {true, place.ordinaryIcon, several};
 }
 
 }  // namespace
@@ -63,12 +64,12 @@ std::wstring startupFolder(helmkit::RegistryAccess& registry, const SpecialPlace
 }
 
 PlaceState readPlace(helmkit::RegistryAccess& registry, IniFiles& iniFiles, const SpecialPlace& place,
-                     const std::wstring& winDir) {
+                     const files::WindowsFolders& folders) {
     switch (place.kind) {
         case PlaceKind::registryValue:
-            return readRegistryValue(registry, place);
+            return readRegistryValue(registry, place, folders);
         case PlaceKind::iniLine:
-            return readIniLine(iniFiles, place, winDir);
+            return readIniLine(iniFiles, place, folders);
         case PlaceKind::runOnceEx:
             return readRunOnceEx(registry, place);
         case PlaceKind::startupFolder:

@@ -1,6 +1,6 @@
 #include "startup/special_places.h"
 
-#include "startup/StartupItem.h"
+#include "helmkit/client/registry_access.h"
 #include "win32/base/text.h"
 
 namespace startup {
@@ -10,84 +10,138 @@ namespace {
 using helmkit::HKCU;
 using helmkit::HKLM;
 
-const std::wstring windowsKey = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Windows";
-const std::wstring winlogonKey = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
-const std::wstring runOnceExKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnceEx";
-const std::wstring shellFoldersKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
+const wchar_t windowsKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Windows";
+const wchar_t winlogonKey[] = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon";
+const wchar_t runOnceExKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnceEx";
+const wchar_t shellFoldersKey[] = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders";
+const wchar_t vmApplet[] = L"rundll32 shell32,Control_RunDLL \"sysdm.cpl\"";
 
-const wchar_t runOfUser[] =
-    L"\"run=\" parameter translated to registry for the user who is currently logged on";
-const wchar_t runOfComputer[] =
-    L"\"run=\" parameter translated to registry particular to the computer (for any user)";
-const wchar_t loadOfUser[] =
-    L"\"load=\" parameter translated to registry for the user who is currently logged on";
-const wchar_t loadOfComputer[] =
-    L"\"load=\" parameter translated to registry particular to the computer (for any user)";
-// The user's own folder has the common one's text too, on purpose.
-const wchar_t startupFolderText[] = L"Common startup folder particular to the computer (for any user)";
-
-SpecialPlace withoutDefault(PlaceKind kind, LONG hive, const std::wstring& location, const std::wstring& name,
-                            const wchar_t* description) {
-    return {kind, hive, location, name, false, {}, {}, icon::exclamation, description};
-}
-
-SpecialPlace registryPlace(LONG hive, const std::wstring& key, const std::wstring& name,
-                           const std::wstring& expected, const std::wstring& restored,
-                           const wchar_t* description) {
-    return {PlaceKind::registryValue, hive,       key, name, true, win32::lowered(expected), restored,
-            icon::exclamation,        description};
-}
-
-std::vector<SpecialPlace> registryPlaces(const std::wstring& sysDir) {
-    const auto value = PlaceKind::registryValue;
-    const std::wstring userinit = sysDir + L"userinit.exe,",
-                       vmApplet = L"rundll32 shell32,Control_RunDLL \"sysdm.cpl\"";
-    return {
-        withoutDefault(value, HKCU, windowsKey, L"run", runOfUser),
-        withoutDefault(value, HKLM, windowsKey, L"run", runOfComputer),
-        withoutDefault(value, HKCU, windowsKey, L"load", loadOfUser),
-        withoutDefault(value, HKLM, windowsKey, L"load", loadOfComputer),
-        registryPlace(HKLM, winlogonKey, L"shell", L"explorer.exe", L"Explorer.exe",
-                      L"OS shell particular to the computer (for any user)"),
-        registryPlace(HKLM, winlogonKey, L"userinit", userinit, userinit, L"Userinit for MSGina.dll"),
-        registryPlace(HKLM, L"SYSTEM\\CurrentControlSet\\Control\\Session Manager", L"BootExecute",
-                      L"autocheck autochk *", L"autocheck autochk *", L"Session Manager startup programs"),
-        // Upper case is written, lower case compared with, on purpose.
-        registryPlace(HKCU, L"Control Panel\\Desktop", L"SCRNSAVE.EXE", L"(none)", L"(NONE)",
-                      L"Windows screen saver"),
-        withoutDefault(value, HKLM, L"SOFTWARE\\Microsoft\\Command Processor", L"AutoRun",
-                       L"Autorun for Command Processor particular to the computer (for any user)"),
-        registryPlace(HKLM, winlogonKey, L"VmApplet", vmApplet, vmApplet, L"Winlogon VmApplet"),
-        registryPlace(HKLM, winlogonKey, L"UIHost", L"logonui.exe", L"logonui.exe",
-                      L"Logon user interface reference"),
-    };
-}
+const SpecialPlace places[] = {
+    {.kind = PlaceKind::registryValue,
+     .hive = HKCU,
+     .location = windowsKey,
+     .name = L"run",
+     .description = L"\"run=\" parameter translated to registry for the user who is currently logged on"},
+    {.kind = PlaceKind::registryValue,
+     .hive = HKLM,
+     .location = windowsKey,
+     .name = L"run",
+     .description = L"\"run=\" parameter translated to registry particular to the computer (for any user)"},
+    {.kind = PlaceKind::registryValue,
+     .hive = HKCU,
+     .location = windowsKey,
+     .name = L"load",
+     .description = L"\"load=\" parameter translated to registry for the user who is currently logged on"},
+    {.kind = PlaceKind::registryValue,
+     .hive = HKLM,
+     .location = windowsKey,
+     .name = L"load",
+     .description = L"\"load=\" parameter translated to registry particular to the computer (for any user)"},
+    {.kind = PlaceKind::registryValue,
+     .hive = HKLM,
+     .location = winlogonKey,
+     .name = L"shell",
+     .expected = L"explorer.exe",
+     .restored = L"Explorer.exe",
+     .description = L"OS shell particular to the computer (for any user)"},
+    {.kind = PlaceKind::registryValue,
+     .hive = HKLM,
+     .location = winlogonKey,
+     .name = L"userinit",
+     .expected = L"userinit.exe,",
+     .restored = L"userinit.exe,",
+     .isInSystemFolder = true,
+     .description = L"Userinit for MSGina.dll"},
+    {.kind = PlaceKind::registryValue,
+     .hive = HKLM,
+     .location = L"SYSTEM\\CurrentControlSet\\Control\\Session Manager",
+     .name = L"BootExecute",
+     .expected = L"autocheck autochk *",
+     .restored = L"autocheck autochk *",
+     .description = L"Session Manager startup programs"},
+    // Any screen saver is an ordinary one. Upper case is written, lower case compared with, on purpose: every
+    // spelling counts as the default.
+    {.kind = PlaceKind::registryValue,
+     .hive = HKCU,
+     .location = L"Control Panel\\Desktop",
+     .name = L"SCRNSAVE.EXE",
+     .expected = L"(none)",
+     .restored = L"(NONE)",
+     .ordinaryIcon = Icon::ordinary,
+     .description = L"Windows screen saver"},
+    {.kind = PlaceKind::registryValue,
+     .hive = HKLM,
+     .location = L"SOFTWARE\\Microsoft\\Command Processor",
+     .name = L"AutoRun",
+     .description = L"Autorun for Command Processor particular to the computer (for any user)"},
+    {.kind = PlaceKind::registryValue,
+     .hive = HKLM,
+     .location = winlogonKey,
+     .name = L"VmApplet",
+     .expected = vmApplet,
+     .restored = vmApplet,
+     .description = L"Winlogon VmApplet"},
+    {.kind = PlaceKind::registryValue,
+     .hive = HKLM,
+     .location = winlogonKey,
+     .name = L"UIHost",
+     .expected = L"logonui.exe",
+     .restored = L"logonui.exe",
+     .description = L"Logon user interface reference"},
+    {.kind = PlaceKind::iniLine,
+     .location = L"win.ini",
+     .name = L"load=",
+     .description = L"Win.ini \"load=\" line"},
+    {.kind = PlaceKind::iniLine,
+     .location = L"win.ini",
+     .name = L"run=",
+     .description = L"Win.ini \"run=\" line"},
+    {.kind = PlaceKind::iniLine,
+     .location = L"system.ini",
+     .name = L"shell=",
+     .expected = L"explorer.exe",
+     .restored = L"Explorer.exe",
+     .description = L"System.ini \"shell=\" line"},
+    {.kind = PlaceKind::runOnceEx,
+     .hive = HKLM,
+     .location = runOnceExKey,
+     .description = L"RunOnceEx particular to the computer (for any user)"},
+    {.kind = PlaceKind::runOnceEx,
+     .hive = HKCU,
+     .location = runOnceExKey,
+     .description = L"RunOnceEx for the user who is currently logged on"},
+    {.kind = PlaceKind::startupFolder,
+     .hive = HKLM,
+     .location = shellFoldersKey,
+     .name = L"Common Startup",
+     .ordinaryIcon = Icon::ordinary,
+     .description = L"Common startup folder particular to the computer (for any user)"},
+    // The user's own folder has the common one's text too, on purpose: messages and logs name both so.
+    {.kind = PlaceKind::startupFolder,
+     .hive = HKCU,
+     .location = shellFoldersKey,
+     .name = L"Startup",
+     .ordinaryIcon = Icon::ordinary,
+     .description = L"Common startup folder particular to the computer (for any user)"},
+};
 
 }  // namespace
 
-std::vector<SpecialPlace> specialPlaces(const std::wstring& sysDir) {
-    std::vector<SpecialPlace> places = registryPlaces(sysDir);
-    places[7].ordinaryIcon = icon::ordinary;  // any screen saver is an ordinary one
-    SpecialPlace shell =
-        withoutDefault(PlaceKind::iniLine, 0, L"system.ini", L"shell=", L"System.ini \"shell=\" line");
-    shell.hasDefault = true;
-    shell.defaultValue = L"explorer.exe";
-    shell.restoredValue = L"Explorer.exe";
-    places.insert(
-        places.end(),
-        {
-            withoutDefault(PlaceKind::iniLine, 0, L"win.ini", L"load=", L"Win.ini \"load=\" line"),
-            withoutDefault(PlaceKind::iniLine, 0, L"win.ini", L"run=", L"Win.ini \"run=\" line"),
-            shell,
-            withoutDefault(PlaceKind::runOnceEx, HKLM, runOnceExKey, {},
-                           L"RunOnceEx particular to the computer (for any user)"),
-            withoutDefault(PlaceKind::runOnceEx, HKCU, runOnceExKey, {},
-                           L"RunOnceEx for the user who is currently logged on"),
-            withoutDefault(PlaceKind::startupFolder, HKLM, shellFoldersKey, L"Common Startup",
-                           startupFolderText),
-            withoutDefault(PlaceKind::startupFolder, HKCU, shellFoldersKey, L"Startup", startupFolderText),
-        });
+bool SpecialPlace::isDefault(const std::wstring& value, const std::wstring& sysDir) const {
+    if (!expected) return false;
+    return win32::lowered(value) == win32::lowered((isInSystemFolder ? sysDir : std::wstring()) + expected);
+}
+
+std::wstring SpecialPlace::restoredValue(const std::wstring& sysDir) const {
+    return (isInSystemFolder ? sysDir : std::wstring()) + restored;
+}
+
+std::span<const SpecialPlace> specialPlaces() {
     return places;
+}
+
+const SpecialPlace& specialPlace(LONG number) {
+    return specialPlaces()[number - 1];
 }
 
 }  // namespace startup

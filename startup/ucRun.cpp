@@ -1,11 +1,11 @@
 #include "startup/ucRun.h"
 
-#include "files/checksum.h"
-#include "files/windows_folders.h"
+#include "files/file_checksum.h"
 #include "helmkit/client/registry_access.h"
+#include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
-#include "resources/messages.h"
-#include "resources/resource_ids.h"
+#include "startup/enumeration.h"
+#include "startup/protected_programs.h"
 #include "win32/system/resources.h"
 
 namespace startup {
@@ -15,11 +15,13 @@ namespace {
 using helmkit::HKCU;
 using helmkit::HKLM;
 
-const PageDesign design = {.typeName = L"ucRun",
-                           .heading = L"Detected Startup Programs:",
-                           .columns = {L"Program Name", L"Manufacturer"},
-                           .note = L"Related File:",
-                           .button = L"&Delete From Startup"};
+const CategoryDesign ownDesign = {.typeName = L"ucRun",
+                                  .heading = L"Detected Startup Programs:",
+                                  .columns = {L"Program Name", L"Manufacturer"},
+                                  .note = L"Related File:",
+                                  .button = L"&Delete From Startup",
+                                  .iconField = IconField::icon,
+                                  .messages = {.refusal = STRING_REFUSE_RUN}};
 
 struct Place {
     LONG hive;
@@ -41,86 +43,77 @@ const Place ordinaryPlaces[] = {
 const LONG policyHives[] = {HKLM, HKCU};
 const std::wstring policyKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\policies\\Explorer\\Run";
 
-}  // namespace
-
-ucRun::ucRun(HWND parent) : StartupListControl(parent, L"ucRun1", design) {}
-
-void ucRun::EnumItems(StartupItemList& list) {
-    trapped(L".EnumItems", [&] {
-        files::GetWindowsFolders(winDir_, sysDir_);
-        helmkit::RegistryAccess registry;
-        for (const Place& place : ordinaryPlaces) {
-            trapped(L".EnumItems", [&] {
-                FillItemInfo(registry.EnumValues(place.hive, place.keyPath), list, place.hive, place.keyPath);
-            });
-        }
-        for (LONG hive : policyHives) fillPolicyItemInfo(list, hive);
-    });
+// What is neither a string nor a list of strings counts as an empty command.
+std::wstring commandOf(Enumeration& run, LONG hive, const std::wstring& keyPath,
+                       const std::wstring& valueName) {
+    auto value = run.registry.ReadValue(hive, keyPath, valueName);
+    return value.status == ERROR_SUCCESS ? value.data : std::wstring();
 }
 
-void ucRun::FillItemInfo(const std::vector<std::wstring>& values, StartupItemList& list, LONG hive,
-                         const std::wstring& keyPath) {
-    helmkit::RegistryAccess registry;
-    for (const std::wstring& valueName : values) {
-        trapped(L".FillItemInfo", [&] {
-            auto value = registry.ReadValue(hive, keyPath, valueName);
-            // What is neither a string nor a list of strings counts as an empty command.
-            std::wstring command = value.status == ERROR_SUCCESS ? value.data : std::wstring();
-            std::wstring file = fileDescriptions().resolveValue(registry, hive, keyPath, valueName, command);
-            const FileDescription& description = fileDescriptions().of(file);
-            // The fallback is the value's name whatever the file's other strings say.
-            addItem(list, hive, keyPath, valueName,
-                    description.description ? *description.description : valueName, file,
-                    description.company);
+void addEntry(Enumeration& run, const RegistryValueName& value, const std::wstring& name,
+              const std::wstring& file, const std::wstring& manufacturer) {
+    run.list.add(
+        {.entryName = value.valueName,
+         .name = name,
+         .file = file,
+         .manufacturer = manufacturer,
+         .icon = isProtectedProgram(file, manufacturer, run.folders) ? Icon::protectedEntry : Icon::ordinary,
+         .value = value});
+}
+
+// The ordinary builder: the name falls back on the value's, whatever the file's other strings say.
+void FillItemInfo(Enumeration& run, const Place& place) {
+    for (const std::wstring& valueName : run.registry.EnumValues(place.hive, place.keyPath)) {
+        run.entry([&] {
+            const std::wstring command = commandOf(run, place.hive, place.keyPath, valueName);
+            const std::wstring file =
+                run.commands.resolveValue(run.registry, place.hive, place.keyPath, valueName, command);
+            const FileDescription& description = run.descriptions.of(file);
+            addEntry(run, {place.hive, place.keyPath, valueName}, description.description.value_or(valueName),
+                     file, description.company);
         });
     }
 }
 
-void ucRun::fillPolicyItemInfo(StartupItemList& list, LONG hive) {
-    helmkit::RegistryAccess registry;
-    for (const std::wstring& valueName : registry.EnumValues(hive, policyKey)) {
-        auto value = registry.ReadValue(hive, policyKey, valueName);
-        if (value.status != ERROR_SUCCESS || value.data.empty()) {
-            addItem(list, hive, policyKey, valueName, win32::loadString(STRING_NOT_SPECIFIED), {}, {});
+// The builder for the policy key has a naming rule of its own and no error trap: an error in it ends the
+// enumeration.
+void fillPolicyItemInfo(Enumeration& run, LONG hive) {
+    for (const std::wstring& valueName : run.registry.EnumValues(hive, policyKey)) {
+        const RegistryValueName value = {hive, policyKey, valueName};
+        const std::wstring command = commandOf(run, hive, policyKey, valueName);
+        if (command.empty()) {
+            addEntry(run, value, win32::loadString(STRING_NOT_SPECIFIED), {}, {});
             continue;
         }
-        std::wstring file = fileDescriptions().resolveValue(registry, hive, policyKey, valueName, value.data);
-        const FileDescription& description = fileDescriptions().of(file);
-        addItem(list, hive, policyKey, valueName, description.nameOr(value.data), file, description.company);
+        const std::wstring file =
+            run.commands.resolveValue(run.registry, hive, policyKey, valueName, command);
+        const FileDescription& description = run.descriptions.of(file);
+        addEntry(run, value, description.nameOr(command), file, description.company);
     }
 }
 
-void ucRun::addItem(StartupItemList& list, LONG hive, const std::wstring& keyPath,
-                    const std::wstring& valueName, const std::wstring& name, const std::wstring& file,
-                    const std::wstring& manufacturer) const {
-    StartupItem item = list.AddRecord();
-    item.SetName(valueName);
-    item.SetField(field::Name, name);
-    item.SetField(field::Dll, file);
-    item.SetField(field::Manufacturer, manufacturer);
-    item.SetField(field::Key, hive);
-    item.SetField(field::Hive, keyPath);
-    item.SetField(field::ValueName, valueName);
-    bool isProtected = isProtectedProgram(file, manufacturer, winDir_, sysDir_);
-    item.SetField(field::Icon, isProtected ? icon::protectedEntry : icon::ordinary);
+}  // namespace
+
+ucRun::ucRun() : Category(ownDesign) {}
+
+void ucRun::enumerate(Enumeration& run) const {
+    for (const Place& place : ordinaryPlaces) {
+        run.place([&] { FillItemInfo(run, place); });
+    }
+    for (LONG hive : policyHives) fillPolicyItemInfo(run, hive);
 }
 
-void ucRun::deleteRow(int row) {
-    refuseOrDelete(row, STRING_REFUSE_RUN);
-}
-
-StartupListControl::Deletion ucRun::deleteItem(const StartupItem& item, const std::wstring&) {
-    const LONG hive = item.number(field::Key);
-    const std::wstring keyPath = item.text(field::Hive), file = item.text(field::Dll);
+Category::Deletion ucRun::deleteItem(const StartupItem& item, const std::wstring&) const {
+    const LONG hive = item.hive();
+    const std::wstring keyPath = item.keyPath(), file = item.file();
     int32_t size = 0;
-    int32_t checksum = files::FileChecksum(file, size);
-    helmkit::RegistryAccess registry;
-    LONG status = registry.DeleteValue(hive, keyPath, item.text(field::ValueName));
-    std::wstring line = helmkit::systemServices().FormatMessage(
+    const int32_t checksum = files::FileChecksum(file, size);
+    const std::wstring line = helmkit::systemServices().FormatMessage(
         L"Deleting common(%1, '%2', '%3', %4, %5)",
         {hive == HKLM ? L"HKEY_LOCAL_MACHINE" : L"HKEY_CURRENT_USER", keyPath, file, std::to_wstring(size),
          std::to_wstring(checksum)});
-    return {status == ERROR_SUCCESS, line};
+    const LONG status = helmkit::RegistryAccess().DeleteValue(hive, keyPath, item.valueName());
+    return {.succeeded = status == ERROR_SUCCESS, .logLine = line};
 }
 
 }  // namespace startup

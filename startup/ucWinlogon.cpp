@@ -1,9 +1,9 @@
 #include "startup/ucWinlogon.h"
 
-#include "files/windows_folders.h"
 #include "helmkit/client/registry_access.h"
+#include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
-#include "resources/resource_ids.h"
+#include "startup/enumeration.h"
 #include "startup/protected_libraries.h"
 #include "win32/system/resources.h"
 
@@ -13,11 +13,12 @@ namespace {
 
 using helmkit::HKLM;
 
-const PageDesign design = {.typeName = L"ucWinlogon",
-                           .heading = L"Detected Startup Programs:",
-                           .columns = {L"Program Name", L"Manufacturer"},
-                           .note = L"Related File:",
-                           .button = L"&Delete From Startup"};
+const CategoryDesign ownDesign = {.typeName = L"ucWinlogon",
+                                  .heading = L"Detected Startup Programs:",
+                                  .columns = {L"Program Name", L"Manufacturer"},
+                                  .note = L"Related File:",
+                                  .button = L"&Delete From Startup",
+                                  .messages = {.refusal = STRING_REFUSE_WINLOGON}};
 
 const std::wstring notifyKey = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon\\Notify";
 
@@ -29,52 +30,38 @@ std::wstring packageKey(const std::wstring& subkey) {
     return notifyKey + L"\\" + subkey;
 }
 
-}  // namespace
-
-ucWinlogon::ucWinlogon(HWND parent) : StartupListControl(parent, L"ucWinlogon1", design) {}
-
-void ucWinlogon::EnumItems(StartupItemList& list) {
-    trapped(L".EnumItems", [&] {
-        std::wstring winDir;
-        files::GetWindowsFolders(winDir, sysDir_);
-        FillItemInfo(helmkit::RegistryAccess().EnumSubkeys(HKLM, notifyKey), list);
-    });
+EntryFields described(Enumeration& run, const std::wstring& subkey) {
+    const std::wstring key = packageKey(subkey), valueName = L"DLLName";
+    EntryFields entry = {.entryName = subkey, .icon = Icon::exclamation};
+    const std::wstring dll = run.registry.ReadValue(HKLM, key, valueName).data;
+    if (dll.empty()) {
+        entry.name = win32::loadString(STRING_NOT_SPECIFIED);
+        return entry;
+    }
+    entry.file = run.commands.resolveValue(run.registry, HKLM, key, valueName, dll);
+    const FileDescription& description = run.descriptions.of(entry.file);
+    entry.name = description.nameOr(dll);
+    entry.manufacturer = description.company;
+    if (isProtectedLibrary(entry.file, entry.manufacturer, run.folders.sysDir))
+        entry.icon = Icon::protectedEntry;
+    return entry;
 }
 
-void ucWinlogon::FillItemInfo(const std::vector<std::wstring>& subkeys, StartupItemList& list) {
-    helmkit::RegistryAccess registry;
-    for (const std::wstring& subkey : subkeys) {
-        trapped(L".FillItemInfo", [&] {
-            const std::wstring key = packageKey(subkey), valueName = L"DLLName";
-            std::wstring dll = registry.ReadValue(HKLM, key, valueName).data;
-            if (dll.empty()) return addItem(list, subkey, win32::loadString(STRING_NOT_SPECIFIED), {}, {});
-            std::wstring file = fileDescriptions().resolveValue(registry, HKLM, key, valueName, dll);
-            const FileDescription& description = fileDescriptions().of(file);
-            addItem(list, subkey, description.nameOr(dll), file, description.company);
-        });
+}  // namespace
+
+ucWinlogon::ucWinlogon() : Category(ownDesign) {}
+
+void ucWinlogon::enumerate(Enumeration& run) const {
+    for (const std::wstring& subkey : run.registry.EnumSubkeys(HKLM, notifyKey)) {
+        run.entry([&] { run.list.add(described(run, subkey)); });
     }
 }
 
-void ucWinlogon::addItem(StartupItemList& list, const std::wstring& subkey, const std::wstring& name,
-                         const std::wstring& file, const std::wstring& manufacturer) const {
-    StartupItem item = list.AddRecord();
-    item.SetName(subkey);
-    item.SetField(field::Name, name);
-    item.SetField(field::Dll, file);
-    item.SetField(field::Manufacturer, manufacturer);
-    bool isProtected = isProtectedLibrary(file, manufacturer, sysDir_);
-    item.SetField(field::GridIcon, isProtected ? icon::protectedEntry : icon::exclamation);
-}
-
-void ucWinlogon::deleteRow(int row) {
-    refuseOrDelete(row, STRING_REFUSE_WINLOGON);
-}
-
-StartupListControl::Deletion ucWinlogon::deleteItem(const StartupItem& item, const std::wstring& rowText) {
-    LONG status = helmkit::RegistryAccess().DeleteKey(HKLM, packageKey(item.Name()));
-    std::wstring line = helmkit::systemServices().FormatMessage(
-        L"Deleting Winlogon('%1', '%2', '%3')", {item.Name(), rowText, item.text(field::Dll)});
-    return {status == ERROR_SUCCESS, line};
+Category::Deletion ucWinlogon::deleteItem(const StartupItem& item, const std::wstring& rowText) const {
+    const std::wstring line = helmkit::systemServices().FormatMessage(
+        L"Deleting Winlogon('%1', '%2', '%3')", {item.entryName(), rowText, item.file()});
+    const LONG status = helmkit::RegistryAccess().DeleteKey(HKLM, packageKey(item.entryName()));
+    return {.succeeded = status == ERROR_SUCCESS, .logLine = line};
 }
 
 std::wstring ucWinlogon::eventsSummary(const std::wstring& subkey) {

@@ -4,6 +4,7 @@
 
 #include "build_settings.h"
 #include "helmkit/client/file_services.h"
+#include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
 #include "support/cZip.h"
 #include "support/form_encoding.h"

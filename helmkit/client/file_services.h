@@ -1,6 +1,7 @@
 // The file service as its callers see it. Every operation throws a win32::Error when the library raises one.
 //
-// This is the door for the program's own folders; code in win32/ calls win32/files/.
+// The program above win32/ looks at files through this service; only what the service lacks is asked of
+// win32/files/.
 #pragma once
 
 #include <string>
@@ -34,8 +35,5 @@ class FileServices {
   private:
     win32::ComPtr<IFileServices> object_;
 };
-
-// The one shared instance, made on first use and kept until releaseSharedServices.
-FileServices& fileServices();
 
 }  // namespace helmkit

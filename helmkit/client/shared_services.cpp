@@ -2,8 +2,6 @@
 
 #include <memory>
 
-#include "helmkit/client/system_services.h"
-
 namespace helmkit {
 
 namespace {

@@ -1,9 +1,15 @@
-// The end of the shared services.
+// The one shared instance of each service that keeps no state. Made on first use and kept for the run.
 #pragma once
+
+#include "helmkit/client/file_services.h"
+#include "helmkit/client/system_services.h"
 
 namespace helmkit {
 
-// Releases what fileServices() and systemServices() have made; called before COM ends.
+FileServices& fileServices();
+SystemServices& systemServices();
+
+// Releases both; called before COM ends.
 void releaseSharedServices();
 
 }  // namespace helmkit

@@ -42,7 +42,4 @@ class SystemServices {
     win32::ComPtr<ISystemServices> object_;
 };
 
-// The one shared instance, made on first use and kept until releaseSharedServices.
-SystemServices& systemServices();
-
 }  // namespace helmkit

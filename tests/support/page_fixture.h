@@ -1,6 +1,7 @@
 // A Windows of a test's own around a startup page: registry, Windows folder, desktop, logger.
 #pragma once
 
+#include "startup/StartupListControl.h"
 #include "tests/support/helmkit_classes.h"
 #include "tests/support/recording_logger.h"
 #include "tests/support/registry_fixture.h"
@@ -35,6 +36,13 @@ class Variable {
 
   private:
     std::wstring name_, before_;
+};
+
+// The page of a category.
+template <class Category>
+class PageOf : public startup::StartupListControl {
+  public:
+    explicit PageOf(HWND parent) : StartupListControl(parent, std::make_unique<Category>()) {}
 };
 
 struct PageFixture {

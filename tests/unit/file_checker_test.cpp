@@ -3,6 +3,7 @@
 #include "files/CFileChecker.h"
 #include "files/checksum.h"
 #include "files/explorer.h"
+#include "files/file_checksum.h"
 #include "files/file_properties.h"
 #include "files/windows_folders.h"
 #include "tests/support/page_fixture.h"
@@ -91,16 +92,15 @@ TEST_CASE_FIXTURE(PageFixture, "the search folders are those of PATH, empty ones
 
 TEST_CASE_FIXTURE(PageFixture,
                   "the Windows folders are lower-cased, end in a backslash and follow the family") {
-    std::wstring winDir, sysDir;
     Variable windir(L"windir", L"C:\\WINNT");
-    files::GetWindowsFolders(winDir, sysDir);
-    CHECK(winDir == L"c:\\winnt\\");
-    CHECK(sysDir == L"c:\\winnt\\system32\\");
+    files::WindowsFolders folders = files::GetWindowsFolders();
+    CHECK(folders.winDir == L"c:\\winnt\\");
+    CHECK(folders.sysDir == L"c:\\winnt\\system32\\");
     desktop.windowsVersion = ScriptedDesktop::windows98;
     Variable withBackslash(L"windir", L"C:\\Windows\\");
-    files::GetWindowsFolders(winDir, sysDir);
-    CHECK(winDir == L"c:\\windows\\");
-    CHECK(sysDir == L"c:\\windows\\system\\");
+    folders = files::GetWindowsFolders();
+    CHECK(folders.winDir == L"c:\\windows\\");
+    CHECK(folders.sysDir == L"c:\\windows\\system\\");
 }
 
 TEST_CASE_FIXTURE(PageFixture, "a file's checksum comes with its size; a missing one has neither") {

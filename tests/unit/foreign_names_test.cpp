@@ -5,6 +5,7 @@
 
 #include "helmkit/client/file_services.h"
 #include "helmkit/client/logger.h"
+#include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
 #include "startup/ucOther.h"
 #include "startup/ucRun.h"
@@ -59,15 +60,15 @@ struct Page : PageFixture {
     }
     int rowOf(const std::wstring& name) {
         for (int row = 0; row < list.count(); ++row) {
-            if (page.itemOf(row).Name() == name) return row;
+            if (page.itemOf(row).record().Name() == name) return row;
         }
         return win32::ListView::none;
     }
 };
 
-using General = Page<startup::ucRun>;
-using Winlogon = Page<startup::ucWinlogon>;
-using Other = Page<startup::ucOther>;
+using General = Page<PageOf<startup::ucRun>>;
+using Winlogon = Page<PageOf<startup::ucWinlogon>>;
+using Other = Page<PageOf<startup::ucOther>>;
 
 }  // namespace
 
@@ -106,7 +107,7 @@ TEST_CASE_FIXTURE(Winlogon, "a foreign package never has the key deleted that be
     registry.makeKey(machine, notify + L"\\" + foreign + L"\\below");
     init();
     REQUIRE(list.count() == 1);
-    CHECK(page.itemOf(0).Name() == listed());
+    CHECK(page.itemOf(0).record().Name() == listed());
     if (isAnsi()) CHECK_FALSE(erase(0));
     CHECK(registry.hasKey(machine, notify + L"\\" + foreign + L"\\below"));
     registry.setString(machine, notify + L"\\" + shown, L"DLLName", L"C:\\nowhere\\real.dll");

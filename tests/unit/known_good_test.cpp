@@ -1,6 +1,7 @@
 // The known-good image paths against a copy of the list that the test carries itself.
 #include <doctest/doctest.h>
 
+#include "startup/known_good_image_paths.h"
 #include "startup/ucServices.h"
 #include "tests/support/text.h"
 #include "win32/base/text.h"

@@ -46,7 +46,7 @@ TEST_CASE_FIXTURE(PageFixture,
         registry.setString(HKEY_LOCAL_MACHINE, run, L"entry " + std::to_wstring(10000 + i),
                            L"C:\\nowhere\\x.exe");
     }
-    startup::ucRun page(parent.handle());
+    PageOf<startup::ucRun> page(parent.handle());
     ::SetWindowPos(page.handle(), nullptr, 0, 0, 400, 260, SWP_NOZORDER);
     helmkit::Logger logger = log.logger();
     const DWORD start = ::GetTickCount();

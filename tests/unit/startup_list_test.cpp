@@ -28,7 +28,7 @@ class HeldKey {
 };
 
 struct Page : PageFixture {
-    startup::ucRun page{parent.handle()};
+    PageOf<startup::ucRun> page{parent.handle()};
     win32::ListView& list = page.ListViewObject();
     std::wstring file = program(folder.file(L"a.exe"), {{L"FileDescription", L"Alpha"}});
 
@@ -89,7 +89,7 @@ TEST_CASE_FIXTURE(Page, "the page has its texts") {
 
 TEST_CASE_FIXTURE(PageFixture,
                   "an empty category: empty list and box; Delete and the context menu do nothing") {
-    startup::ucRun page(parent.handle());
+    PageOf<startup::ucRun> page(parent.handle());
     helmkit::Logger logger = log.logger();
     page.Init(logger);
     CHECK(page.ListViewObject().count() == 0);
@@ -218,7 +218,7 @@ TEST_CASE_FIXTURE(Page, "the menu's Delete is the button's, its Properties opens
     releaseRightButton();
     REQUIRE(desktop.shellRequests.size() == 1);
     CHECK(desktop.shellRequests[0].owner == parent.handle());
-    CHECK(desktop.shellRequests[0].file == page.itemOf(0).text(L"DLL"));
+    CHECK(desktop.shellRequests[0].file == page.itemOf(0).record().text(L"DLL"));
 }
 
 TEST_CASE_FIXTURE(Page, "Alt+Enter opens the properties; Enter with other modifiers does not") {

@@ -22,7 +22,7 @@ const int iconI = 0, iconOk = 1, iconIe = 2, none = -1;
 const HKEY machine = HKEY_LOCAL_MACHINE, user = HKEY_CURRENT_USER;
 
 struct Other : PageFixture {
-    startup::ucOther page{parent.handle()};
+    PageOf<startup::ucOther> page{parent.handle()};
     win32::ListView& list = page.ListViewObject();
     std::wstring winIni = windows + L"\\win.ini", systemIni = windows + L"\\system.ini";
     std::wstring sysDir = win32::lowered(windows) + L"\\system32\\";
@@ -391,22 +391,24 @@ TEST_CASE_FIXTURE(PageFixture, "the browser checks") {
     if (!win32::isRedirected()) {
         registry.setString(HKEY_CLASSES_ROOT, L"CLSID\\{1}\\InProcServer32", L"",
                            real + L"\\System32\\MSHTML.dll");
-        CHECK(startup::classServerCheck(access, L"{1}", L"mshtml.DLL", server) == L"OK");
+        CHECK(startup::classServerCheck(access, L"{1}", L"mshtml.DLL", server) ==
+              startup::Icon::protectedEntry);
         CHECK(server == win32::lowered(real) + L"\\system32\\mshtml.dll");
-        CHECK(startup::classServerCheck(access, L"{1}", L"shdocvw.dll", server) == L"i");
-        CHECK(startup::classServerCheck(access, L"{2}", L"mshtml.dll", server) == L"i");
+        CHECK(startup::classServerCheck(access, L"{1}", L"shdocvw.dll", server) ==
+              startup::Icon::exclamation);
+        CHECK(startup::classServerCheck(access, L"{2}", L"mshtml.dll", server) == startup::Icon::exclamation);
     }
-    CHECK(startup::blankPageCheck(real + L"\\SYSTEM32\\blank.htm") == L"OK");
-    CHECK(startup::blankPageCheck(real + L"\\blank.htm") == L"i");
+    CHECK(startup::blankPageCheck(real + L"\\SYSTEM32\\blank.htm") == startup::Icon::protectedEntry);
+    CHECK(startup::blankPageCheck(real + L"\\blank.htm") == startup::Icon::exclamation);
     desktop.windowsVersion = ScriptedDesktop::windows98;
-    CHECK(startup::blankPageCheck(real + L"\\system\\blank.htm") == L"OK");
+    CHECK(startup::blankPageCheck(real + L"\\system\\blank.htm") == startup::Icon::protectedEntry);
     for (const wchar_t* good : {L"About:Blank", L"HTTP://www.msn.com/", L"http://mardelix.example/",
                                 L"http://mardelix.example/quillon", L"res://mshtml.dll/about.htm"}) {
-        CHECK(startup::startPageCheck(good) == L"OK");
+        CHECK(startup::startPageCheck(good) == startup::Icon::protectedEntry);
     }
     for (const wchar_t* bad :
          {L"", L"http://www.msn.com", L"http://www.msn.com/x", L"HTTP://mardelix.example/",
           L"RES://mshtml.dll", L"http://mardelix.example", L"about:blank "}) {
-        CHECK(startup::startPageCheck(bad) == L"i");
+        CHECK(startup::startPageCheck(bad) == startup::Icon::exclamation);
     }
 }

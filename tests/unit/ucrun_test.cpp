@@ -2,6 +2,8 @@
 
 #include "files/windows_folders.h"
 #include "helmkit/client/logger.h"
+#include "helmkit/client/records.h"
+#include "startup/protected_programs.h"
 #include "startup/ucRun.h"
 #include "tests/support/page_fixture.h"
 #include "win32/files/files.h"
@@ -14,7 +16,7 @@ const std::wstring policy = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\poli
 const int iconOk = 1, iconIe = 2;
 
 struct General : PageFixture {
-    startup::ucRun page{parent.handle()};
+    PageOf<startup::ucRun> page{parent.handle()};
     win32::ListView& list = page.ListViewObject();
 
     General() { ::SetWindowPos(page.handle(), nullptr, 0, 0, 400, 260, SWP_NOZORDER); }
@@ -38,7 +40,7 @@ struct General : PageFixture {
         FAIL_CHECK("no row " << win32::toUtf8(name));
         return 0;
     }
-    std::wstring field(int row, const std::wstring& name) { return page.itemOf(row).text(name); }
+    std::wstring field(int row, const std::wstring& name) { return page.itemOf(row).record().text(name); }
     // The icon of a row for a Microsoft file at `path`.
     int iconOfMicrosoftFile(const std::wstring& path) {
         program(path, {{L"CompanyName", L"Microsoft Corporation"}, {L"FileDescription", L"The program"}});
@@ -83,7 +85,7 @@ TEST_CASE_FIXTURE(General, "a record carries hive and key path under their cross
     registry.setString(HKEY_CURRENT_USER, run, L"b", L"C:\\nowhere\\b.exe");
     init();
     REQUIRE(list.count() == 2);
-    const startup::StartupItem& item = page.itemOf(0);
+    const helmkit::Record& item = page.itemOf(0).record();
     CHECK(item.Name() == L"a");
     CHECK(item.text(L"Name") == L"a");
     CHECK(item.text(L"DLL") == L"C:\\nowhere\\a.exe");
@@ -92,7 +94,7 @@ TEST_CASE_FIXTURE(General, "a record carries hive and key path under their cross
     CHECK(item.text(L"Hive") == run);
     CHECK(item.text(L"ValueName") == L"a");
     CHECK(item.text(L"Icon") == L"IE");
-    CHECK(page.itemOf(1).number(L"Key") == static_cast<LONG>(0x80000001));
+    CHECK(page.itemOf(1).record().number(L"Key") == static_cast<LONG>(0x80000001));
 }
 
 TEST_CASE_FIXTURE(General, "ordinary entries are named by description, else by value") {
@@ -153,9 +155,7 @@ TEST_CASE_FIXTURE(General,
 TEST_CASE_FIXTURE(General, "the protected programs differ between the families") {
     auto isProtected = [&](DWORD version, const std::wstring& file) {
         desktop.windowsVersion = version;
-        std::wstring winDir, sysDir;
-        files::GetWindowsFolders(winDir, sysDir);
-        return startup::isProtectedProgram(file, L"Microsoft Corporation", winDir, sysDir);
+        return startup::isProtectedProgram(file, L"Microsoft Corporation", files::GetWindowsFolders());
     };
     // Whether a file is protected on Windows 98, and on XP.
     auto where = [&](const std::wstring& file) {
@@ -180,8 +180,8 @@ TEST_CASE_FIXTURE(General, "the protected programs differ between the families")
 
 TEST_CASE_FIXTURE(General, "an empty manufacturer or another one protects nothing") {
     for (const wchar_t* maker : {L"", L"Microsoft", L"microsoft corporation", L"Microsoft Corporation "}) {
-        CHECK_FALSE(startup::isProtectedProgram(L"c:\\w\\system32\\ctfmon.exe", maker, L"c:\\w\\",
-                                                L"c:\\w\\system32\\"));
+        CHECK_FALSE(startup::isProtectedProgram(L"c:\\w\\system32\\ctfmon.exe", maker,
+                                                {L"c:\\w\\", L"c:\\w\\system32\\"}));
     }
 }
 
@@ -256,9 +256,9 @@ TEST_CASE_FIXTURE(General, "a name with an inner NUL is listed, its deletion fai
     init();
     REQUIRE(list.count() == 2);
     for (int row : {0, 1}) {
-        if (page.itemOf(row).text(L"ValueName").size() == 3) list.select(row);
+        if (page.itemOf(row).record().text(L"ValueName").size() == 3) list.select(row);
     }
-    CHECK(page.itemOf(list.selected()).text(L"ValueName").size() == 3);
+    CHECK(page.itemOf(list.selected()).record().text(L"ValueName").size() == 3);
     desktop.messageBoxAnswers = {IDOK, IDOK};
     press(page, 103);
     CHECK(desktop.messageBoxes[1].text.find(L"Access denied. ") == 0);

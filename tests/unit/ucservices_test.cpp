@@ -1,6 +1,7 @@
 #include <doctest/doctest.h>
 
 #include "helmkit/client/logger.h"
+#include "startup/known_good_image_paths.h"
 #include "startup/ucServices.h"
 #include "tests/support/page_fixture.h"
 #include "win32/base/text.h"
@@ -12,7 +13,7 @@ const std::wstring services = L"SYSTEM\\CurrentControlSet\\Services";
 const int iconOk = 1, iconIe = 2;
 
 struct Services : PageFixture {
-    startup::ucServices page{parent.handle()};
+    PageOf<startup::ucServices> page{parent.handle()};
     win32::ListView& list = page.ListViewObject();
     Variable systemRoot{L"SystemRoot", windows};
 
@@ -70,8 +71,8 @@ TEST_CASE_FIXTURE(Services, "services without an image path and known-good ones 
     REQUIRE(list.count() == 1);
     CHECK(list.text(0, 0) == L"C:\\nowhere\\d.exe");
     CHECK(list.image(0) == iconIe);
-    CHECK(page.itemOf(0).Name() == L"d");
-    CHECK(page.itemOf(0).text(L"GridIcon") == L"IE");
+    CHECK(page.itemOf(0).record().Name() == L"d");
+    CHECK(page.itemOf(0).record().text(L"GridIcon") == L"IE");
 }
 
 TEST_CASE_FIXTURE(Services, "names: display name, description, product description, file name") {
@@ -103,9 +104,9 @@ TEST_CASE_FIXTURE(Services, "image paths in the forms that drivers and services 
     init();
     REQUIRE(list.count() == 6);
     for (int row = 0; row < 4; ++row)
-        CHECK(win32::lowered(page.itemOf(row).text(L"DLL")) == win32::lowered(driver));
-    CHECK(page.itemOf(4).text(L"DLL") == L"system32\\drivers\\unknown.sys");
-    CHECK(page.itemOf(5).text(L"DLL") == L"\\SystemRoot.exe");
+        CHECK(win32::lowered(page.itemOf(row).record().text(L"DLL")) == win32::lowered(driver));
+    CHECK(page.itemOf(4).record().text(L"DLL") == L"system32\\drivers\\unknown.sys");
+    CHECK(page.itemOf(5).record().text(L"DLL") == L"\\SystemRoot.exe");
 }
 
 TEST_CASE_FIXTURE(Services, "a protected system file only gets the other icon") {
@@ -137,7 +138,7 @@ TEST_CASE_FIXTURE(Services,
                   "without a file: no Properties in the menu, the separator stays, the button does nothing") {
     service(L"s", L"/x", L"Nameless");
     init();
-    REQUIRE(page.itemOf(0).text(L"DLL") == L"");
+    REQUIRE(page.itemOf(0).record().text(L"DLL") == L"");
     desktop.popUpAnswers = {1};
     releaseRightButton();
     CHECK(desktop.popUps.at(0).captions == std::vector<std::wstring>{L"&Delete", L""});

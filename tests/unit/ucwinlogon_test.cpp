@@ -13,7 +13,7 @@ const std::wstring notify = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\W
 const int iconI = 0, iconOk = 1;
 
 struct Winlogon : PageFixture {
-    startup::ucWinlogon page{parent.handle()};
+    PageOf<startup::ucWinlogon> page{parent.handle()};
     win32::ListView& list = page.ListViewObject();
 
     void init() {
@@ -28,7 +28,7 @@ struct Winlogon : PageFixture {
 }  // namespace
 
 TEST_CASE_FIXTURE(PageFixture, "without the Notify key the list is empty") {
-    startup::ucWinlogon page(parent.handle());
+    PageOf<startup::ucWinlogon> page(parent.handle());
     helmkit::Logger logger = log.logger();
     page.Init(logger);
     CHECK(page.ListViewObject().count() == 0);
@@ -49,8 +49,8 @@ TEST_CASE_FIXTURE(Winlogon, "packages are named by description, product descript
     CHECK(list.text(2, 0) == L"");
     CHECK(list.text(3, 0) == L"C:\\nowhere\\d.dll");
     CHECK(list.text(3, 1) == L"Not specified");
-    CHECK(page.itemOf(0).Name() == L"a");
-    CHECK(page.itemOf(0).text(L"GridIcon") == L"i");
+    CHECK(page.itemOf(0).record().Name() == L"a");
+    CHECK(page.itemOf(0).record().text(L"GridIcon") == L"i");
     for (int row = 0; row < 4; ++row) CHECK(list.image(row) == iconI);
 }
 

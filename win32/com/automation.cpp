@@ -55,4 +55,11 @@ std::wstring valueText(const VARIANT& value) {
     return isNothing(direct) ? std::wstring() : BString::copy(converted(direct, VT_BSTR).bstrVal);
 }
 
+VARIANT DispatchByReference::variant() {
+    VARIANT argument = {};
+    argument.vt = VT_BYREF | VT_DISPATCH;
+    argument.ppdispVal = &object_;
+    return argument;
+}
+
 }  // namespace win32

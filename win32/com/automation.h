@@ -22,4 +22,21 @@ bool isNothing(const VARIANT& value);
 // empty for nothing. What has no text is thrown.
 std::wstring valueText(const VARIANT& value);
 
+// An object passed by reference to a late-bound call, which may put another in its place.
+class DispatchByReference {
+  public:
+    explicit DispatchByReference(IDispatch* object) : object_(ComPtr<IDispatch>(object).release()) {}
+    ~DispatchByReference() { take(); }
+    DispatchByReference(const DispatchByReference&) = delete;
+    DispatchByReference& operator=(const DispatchByReference&) = delete;
+
+    // The argument, valid while the object is. Not to be cleared.
+    VARIANT variant();
+    // What the call has left there.
+    ComPtr<IDispatch> take() { return ComPtr<IDispatch>::adopt(std::exchange(object_, nullptr)); }
+
+  private:
+    IDispatch* object_;
+};
+
 }  // namespace win32

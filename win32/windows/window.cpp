@@ -7,7 +7,7 @@ namespace win32 {
 
 namespace {
 
-void (*errorSink)(const Error&) = nullptr;
+std::function<void(const Error&)> errorSink;
 
 void registerClass(const std::wstring& className, WNDPROC procedure) {
     withFlavour([&]<class F>(F f) {
@@ -28,11 +28,16 @@ void registerClass(const std::wstring& className, WNDPROC procedure) {
 }  // namespace
 
 void reportCurrentError() noexcept {
-    if (errorSink) errorSink(currentError());
+    const Error error = currentError();
+    try {
+        if (errorSink) errorSink(error);
+    } catch (...) {
+        // There is nobody left to tell.
+    }
 }
 
-void setWindowErrorSink(void (*sink)(const Error&)) {
-    errorSink = sink;
+void setWindowErrorSink(std::function<void(const Error&)> sink) {
+    errorSink = std::move(sink);
 }
 
 std::wstring windowText(HWND window) {

@@ -1,6 +1,7 @@
 // Windows: texts, fonts, controls, and windows whose messages come to an object.
 #pragma once
 
+#include <functional>
 #include <string>
 
 #include "win32/base/error.h"
@@ -53,8 +54,9 @@ class Window {
     HWND handle_ = nullptr;
 };
 
-// Where errors go that reach the border of a window procedure. Without a sink they are dropped.
-void setWindowErrorSink(void (*sink)(const Error& error));
+// Where errors go that reach the border of a window procedure. Without a sink, and when the sink itself
+// throws, they are dropped.
+void setWindowErrorSink(std::function<void(const Error& error)> sink);
 // Hands the exception being handled to the sink.
 void reportCurrentError() noexcept;
 
