@@ -67,6 +67,19 @@ subsystem_4() {
     done
 }
 
+# Beside entries and exports, a source without a header of its name hides what it offers in another's.
+paired_names() {
+    local source alone=0
+    for source in $(git ls-files 'app/*.cpp' 'startup/*.cpp' 'files/*.cpp' 'resources/*.cpp' 'support/*.cpp' \
+        'helmkit/*.cpp' 'plugin/*.cpp' 'win32/*.cpp'); do
+        case $source in
+        */main.cpp | */dll.cpp | */exports.cpp | win32/base/runtime_*.cpp) continue ;;
+        esac
+        [ -f "${source%.cpp}.h" ] || { printf '%s has no header of its name\n' "$source"; alone=1; }
+    done
+    [ $alone = 0 ]
+}
+
 no_machine_paths() { ! git grep -nIE '(^|[^A-Za-z0-9_.])/(home|work|Users)/[a-z.]' -- . ':!scripts/check.sh'; }
 
 rule 'sources are formatted' formatted
@@ -76,6 +89,9 @@ rule 'the 32-bit files import what Windows 98 and 2000 have, what fails on 98 ex
 rule 'the 64-bit files import what XP x64 has' imports_of_64bit
 rule 'a program that imports GetTickCount64 is refused' imports_are_checked
 rule 'the 32-bit files ask for subsystem 4.0' subsystem_4
+rule 'no include against the arrows between the folders (scripts/arrows.py)' scripts/arrows.py
+rule 'the picture of the folders is drawn from the same table' scripts/arrows.py --drawn
+rule 'header and source bear one name' paired_names
 rule 'no path of a developer machine in the tree' no_machine_paths
 
 printf '%d passed, %d failed, 0 skipped\n' "$passed" "$failed"
