@@ -8,6 +8,7 @@
 #include "helmkit/client/registry_access.h"
 #include "helmkit/client/shared_services.h"
 #include "resources/messages.h"
+#include "win32/base/error.h"
 #include "win32/base/path.h"
 #include "win32/system/desktop.h"
 
@@ -43,7 +44,8 @@ void mnuTandem_Click(HWND window, const helmkit::Logger& logger, unsigned index)
         const std::wstring program = installedProgram(tool.product, tool.programFile);
         if (!program.empty()) {
             // Quoted, so that no program is found at a blank inside a folder's name.
-            win32::desktop().startProgram(program, L"\"" + program + L"\"");
+            const bool started = win32::desktop().startProgram(program, L"\"" + program + L"\"");
+            if (!started) win32::raiseLastError(program);
             return;
         }
         resources::showMessage(window, STRING_TOOL_NOT_INSTALLED, resources::exclamation, {tool.product});
@@ -60,7 +62,13 @@ void mnuAbout_Click(HWND window, const helmkit::Logger& logger) {
 }
 
 void mnuVisitWebsite_Click(const helmkit::Logger& logger) {
-    trapped(logger, L".mnuVisitWebsite_Click", [&] { files::startExplorer(settings::homePage); });
+    trapped(logger, L".mnuVisitWebsite_Click", [&] {
+        try {
+            files::startExplorer(settings::homePage);
+        } catch (const win32::Error&) {
+            // Nothing tells of a page that does not open, on purpose: the user sees it.
+        }
+    });
 }
 
 }  // namespace app

@@ -18,6 +18,7 @@ endif()
 set(QUILLON_PROGRAM_FOLDER ${PROJECT_BINARY_DIR}/program)
 
 set(QUILLON_HOME_PAGE "http://mardelix.example/" CACHE STRING "The maker's home page")
+set(QUILLON_DOWNLOAD_SITE "http://mardelix.example/" CACHE STRING "Where companion tools are downloaded from")
 set(QUILLON_SUPPORT_HOST "mardelix.example" CACHE STRING "The host that support requests are sent to")
 set(QUILLON_PORTAL_PAGE "http://www.msn.com/" CACHE STRING "The portal home page of the start-page check")
 

@@ -1,4 +1,4 @@
-#include "helmkit/record.h"
+#include "helmkit/field.h"
 
 namespace helmkit::server {
 

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "helmkit/field.h"
+
 namespace helmkit::server {
 
 namespace {

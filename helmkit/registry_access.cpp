@@ -3,6 +3,7 @@
 #include "helmkit/keyed_list.h"
 #include "helmkit/registry_export.h"
 #include "helmkit/registry_text.h"
+#include "win32/registry/registry_tree.h"
 
 namespace helmkit::server {
 

@@ -9,7 +9,8 @@ namespace helmkit {
 
 namespace {
 
-const int32_t unsupportedType = 1630;
+const int32_t moreThanAString = 234;   // ERROR_MORE_DATA
+const int32_t unsupportedType = 1630;  // ERROR_UNSUPPORTED_TYPE
 
 std::wstring joinedStrings(std::wstring units) {
     while (!units.empty() && units.back() == L'\0') units.pop_back();
@@ -46,7 +47,7 @@ ValueText textOfValue(uint32_t type, std::string_view data) {
         units.resize(std::min(units.size(), units.find(L'\0')));
         return {std::move(units), 0};
     }
-    if (type == typeMultiString) return {joinedStrings(win32::unitsOf(data)), 0};
+    if (type == typeMultiString) return {joinedStrings(win32::unitsOf(data)), moreThanAString};
     bool isNumber = ((type == typeNumber || type == typeBigEndianNumber) && data.size() == 4) ||
                     (type == typeLongNumber && data.size() == 8);
     if (isNumber) return {decimal(data, type == typeBigEndianNumber), unsupportedType};

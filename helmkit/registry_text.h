@@ -20,7 +20,8 @@ enum RegistryType : uint32_t {
 
 struct ValueText {
     std::wstring text;
-    int32_t status;  // 0 for a string or a multi-string, else 1630 (ERROR_UNSUPPORTED_TYPE)
+    int32_t status;  // 0 for a string, 234 (ERROR_MORE_DATA) for a multi-string, else 1630
+                     // (ERROR_UNSUPPORTED_TYPE)
 };
 
 // Strings are cut at their first NUL and never expanded; a multi-string is its strings joined by line feeds,

@@ -13,12 +13,14 @@ std::wstring CommandResolver::resolve(const std::wstring& command) {
 std::wstring CommandResolver::resolveValue(helmkit::RegistryAccess& registry, LONG hive,
                                            const std::wstring& keyPath, const std::wstring& valueName,
                                            const std::wstring& data) {
-    std::wstring file = resolve(data);
-    if (data.find(L'%') == std::wstring::npos || helmkit::fileServices().FileExists(file) ||
+    const std::wstring name = checker_.GetFileNameFromCommandLine(data);
+    const std::wstring file = checker_.GetFullFileNameFromShortFilename(name);
+    if (name.find(L'%') == std::wstring::npos || helmkit::fileServices().FileExists(file) ||
         registry.ValueType(hive, keyPath, valueName) != REG_EXPAND_SZ) {
         return file;
     }
-    std::wstring expanded = resolve(helmkit::systemServices().ExpandEnvironment(data));
+    const std::wstring expanded =
+        checker_.GetFullFileNameFromShortFilename(helmkit::systemServices().ExpandEnvironment(name));
     return helmkit::fileServices().FileExists(expanded) ? expanded : file;
 }
 

@@ -13,9 +13,9 @@ class CommandResolver {
     // The full name of the file that a command starts.
     std::wstring resolve(const std::wstring& command);
 
-    // The same for a registry value's data. Where the stored text names no existing file and the value is a
-    // REG_EXPAND_SZ, it is resolved once more with its environment references replaced, and that answer is
-    // taken if it is a file.
+    // The same for a registry value's data. Where that is no existing file and the value is a REG_EXPAND_SZ,
+    // the environment references in the name that the command-line rules gave are replaced and that name is
+    // looked up. The answer is taken if it is a file.
     std::wstring resolveValue(helmkit::RegistryAccess& registry, LONG hive, const std::wstring& keyPath,
                               const std::wstring& valueName, const std::wstring& data);
 

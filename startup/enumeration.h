@@ -30,6 +30,12 @@ class Enumeration {
         helmkit::trapped(log_, typeName_ + L".FillItemInfo", body);
     }
 
+    // A value that is to be a string. What is neither REG_SZ nor REG_EXPAND_SZ counts as empty.
+    std::wstring readString(LONG hive, const std::wstring& keyPath, const std::wstring& valueName) {
+        helmkit::RegistryAccess::Value value = registry.ReadValue(hive, keyPath, valueName);
+        return value.status == ERROR_SUCCESS ? std::move(value.data) : std::wstring();
+    }
+
     StartupItemList& list;
     const files::WindowsFolders folders = files::GetWindowsFolders();
     helmkit::RegistryAccess registry;

@@ -43,13 +43,6 @@ const Place ordinaryPlaces[] = {
 const LONG policyHives[] = {HKLM, HKCU};
 const std::wstring policyKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\policies\\Explorer\\Run";
 
-// What is neither a string nor a list of strings counts as an empty command.
-std::wstring commandOf(Enumeration& run, LONG hive, const std::wstring& keyPath,
-                       const std::wstring& valueName) {
-    auto value = run.registry.ReadValue(hive, keyPath, valueName);
-    return value.status == ERROR_SUCCESS ? value.data : std::wstring();
-}
-
 void addEntry(Enumeration& run, const RegistryValueName& value, const std::wstring& name,
               const std::wstring& file, const std::wstring& manufacturer) {
     run.list.add(
@@ -65,7 +58,7 @@ void addEntry(Enumeration& run, const RegistryValueName& value, const std::wstri
 void FillItemInfo(Enumeration& run, const Place& place) {
     for (const std::wstring& valueName : run.registry.EnumValues(place.hive, place.keyPath)) {
         run.entry([&] {
-            const std::wstring command = commandOf(run, place.hive, place.keyPath, valueName);
+            const std::wstring command = run.readString(place.hive, place.keyPath, valueName);
             const std::wstring file =
                 run.commands.resolveValue(run.registry, place.hive, place.keyPath, valueName, command);
             const FileDescription& description = run.descriptions.of(file);
@@ -80,7 +73,7 @@ void FillItemInfo(Enumeration& run, const Place& place) {
 void fillPolicyItemInfo(Enumeration& run, LONG hive) {
     for (const std::wstring& valueName : run.registry.EnumValues(hive, policyKey)) {
         const RegistryValueName value = {hive, policyKey, valueName};
-        const std::wstring command = commandOf(run, hive, policyKey, valueName);
+        const std::wstring command = run.readString(hive, policyKey, valueName);
         if (command.empty()) {
             addEntry(run, value, win32::loadString(STRING_NOT_SPECIFIED), {}, {});
             continue;

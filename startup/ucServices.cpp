@@ -36,10 +36,9 @@ std::wstring normalised(const std::wstring& imagePath) {
 
 void addService(Enumeration& run, const std::wstring& service) {
     const std::wstring key = servicesKey + L"\\" + service;
-    const std::wstring imagePath = run.registry.ReadValue(HKLM, key, L"ImagePath").data;
+    const std::wstring imagePath = run.readString(HKLM, key, L"ImagePath");
     if (imagePath.empty() || IsKnownGoodImagePath(imagePath)) return;
-    const std::wstring displayName =
-        win32::displayedText(run.registry.ReadValue(HKLM, key, L"DisplayName").data);
+    const std::wstring displayName = win32::displayedText(run.readString(HKLM, key, L"DisplayName"));
     const std::wstring file =
         run.commands.resolve(helmkit::systemServices().ExpandEnvironment(normalised(imagePath)));
     const FileDescription& description = run.descriptions.of(file);

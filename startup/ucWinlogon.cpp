@@ -33,7 +33,7 @@ std::wstring packageKey(const std::wstring& subkey) {
 EntryFields described(Enumeration& run, const std::wstring& subkey) {
     const std::wstring key = packageKey(subkey), valueName = L"DLLName";
     EntryFields entry = {.entryName = subkey, .icon = Icon::exclamation};
-    const std::wstring dll = run.registry.ReadValue(HKLM, key, valueName).data;
+    const std::wstring dll = run.readString(HKLM, key, valueName);
     if (dll.empty()) {
         entry.name = win32::loadString(STRING_NOT_SPECIFIED);
         return entry;

@@ -1,3 +1,5 @@
+#include "support/zip_archive_source.h"
+
 #include <optional>
 
 #include "support/zip_source_base.h"

@@ -1,3 +1,5 @@
+#include "support/zip_input_source.h"
+
 #include <algorithm>
 #include <limits>
 #include <optional>

@@ -2,8 +2,9 @@
 
 #include <algorithm>
 
+#include "support/zip_archive_source.h"
+#include "support/zip_input_source.h"
 #include "support/zip_names.h"
-#include "support/zip_source.h"
 #include "win32/base/text.h"
 
 namespace support {

@@ -17,8 +17,8 @@ constexpr LONG HKLM = static_cast<LONG>(0x80000002);
 
 class RegistryAccess {
   public:
-    // What ReadValue tells; `status` is a Win32 error code: 0, 2 for absent, 1630 for neither string nor
-    // list.
+    // `status` is a Win32 error code: 0 for a string, 2 for absent, 234 for a multi-string, 1630 for other
+    // types.
     struct Value {
         std::wstring data;
         LONG status = 0;

@@ -9,7 +9,7 @@
 #include "tests/support/registry_fixture.h"
 #include "tests/support/scripted_desktop.h"
 #include "tests/support/text.h"
-#include "win32/registry/registry.h"
+#include "win32/registry/registry_tree.h"
 
 namespace {
 

@@ -1,7 +1,7 @@
 #include <doctest/doctest.h>
 
 #include "win32/base/flavour.h"
-#include "win32/registry/registry.h"
+#include "win32/registry/registry_tree.h"
 #include "win32/system/system.h"
 
 // In the real hive: only its software branch has two views.

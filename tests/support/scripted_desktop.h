@@ -2,11 +2,13 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include <doctest/doctest.h>
 
+#include "win32/base/error.h"
 #include "win32/base/text.h"
 #include "win32/system/desktop.h"
 
@@ -56,6 +58,7 @@ class ScriptedDesktop : public win32::Desktop {
     std::deque<bool> programAnswers;
     std::deque<bool> shellAnswers;
     size_t expectedFolders = 0;
+    std::optional<win32::Error> shellFailure;  // thrown by every shell request
     SYSTEMTIME time = {2026, 11, 5, 20, 23, 35, 47, 123};
     DWORD ticks = 60000;
     DWORD windowsVersion = windowsXp;
@@ -78,11 +81,13 @@ class ScriptedDesktop : public win32::Desktop {
     }
     bool startProgram(const std::wstring& application, const std::wstring& commandLine) override {
         programs.push_back({application, commandLine});
+        ::SetLastError(ERROR_ACCESS_DENIED);
         return next(programAnswers, "program", commandLine);
     }
     void openFolder(HWND owner, const std::wstring& path) override { folders.push_back({owner, path}); }
     bool shellExecute(const win32::ShellRequest& request) override {
         shellRequests.push_back(request);
+        if (shellFailure) throw *shellFailure;
         return next(shellAnswers, "shell request", request.verb + L' ' + request.file);
     }
     SYSTEMTIME localTime() override { return time; }

@@ -134,9 +134,10 @@ TEST_CASE_FIXTURE(PageFixture, "the properties dialog is asked of the shell with
 }
 
 TEST_CASE_FIXTURE(PageFixture, "explorer is started from the Windows folder with the argument as it stands") {
-    desktop.programAnswers = {true};
-    CHECK(files::startExplorer(L"C:\\a b\\%x%"));
-    REQUIRE(desktop.programs.size() == 1);
+    desktop.programAnswers = {true, false};
+    files::startExplorer(L"C:\\a b\\%x%");
+    CHECK_THROWS_AS(files::startExplorer(L"C:\\"), win32::Error);
+    REQUIRE(desktop.programs.size() == 2);
     CHECK(desktop.programs[0].commandLine == L"explorer C:\\a b\\%x%");
     CHECK(desktop.programs[0].application == win32::windowsFolder() + L"\\explorer.exe");
 }

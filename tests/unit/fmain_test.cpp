@@ -380,10 +380,22 @@ TEST_CASE_FIXTURE(Main, "a companion tool that is not there is offered for downl
     command(app::mnuTandem + 3);
     CHECK(desktop.programs.back().commandLine == L"explorer http://mardelix.example\\Morrowfen.exe");
     CHECK(desktop.programs.back().application == win32::windowsFolder() + L"\\explorer.exe");
+    CHECK(log().back().find(L"4\tFMain.mnuTandem_Click\t-2147024891\t") == 0);
     const size_t boxes = desktop.messageBoxes.size();
     command(app::mnuTandem + 2);
     CHECK(desktop.programs.size() == 1);
     CHECK(desktop.messageBoxes.size() == boxes);
+}
+
+TEST_CASE_FIXTURE(Main, "a companion tool that does not start is logged, and nothing is offered") {
+    start();
+    TempFolder::write(folder.file(L"Corvana.exe"), "x");
+    registry.setString(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Mardelix\\Corvana", L"InstallPath", folder.path());
+    const size_t boxes = desktop.messageBoxes.size();
+    desktop.programAnswers = {false};
+    command(app::mnuTandem + 0);
+    CHECK(desktop.messageBoxes.size() == boxes);
+    CHECK(log().back().find(L"4\tFMain.mnuTandem_Click\t-2147024891\t" + folder.file(L"Corvana.exe")) == 0);
 }
 
 TEST_CASE_FIXTURE(Main, "every companion tool has its product's place, file and download address") {
@@ -412,4 +424,9 @@ TEST_CASE_FIXTURE(Main, "the home page is opened by explorer") {
     command(app::mnuVisitWebsite);
     CHECK(desktop.programs.back().commandLine == L"explorer http://mardelix.example/");
     CHECK(desktop.programs.back().application == win32::windowsFolder() + L"\\explorer.exe");
+    // A failure is ignored here, and here alone.
+    const size_t lines = log().size();
+    desktop.programAnswers = {false};
+    command(app::mnuVisitWebsite);
+    CHECK(log().size() == lines);
 }

@@ -135,11 +135,16 @@ TEST_CASE_FIXTURE(General, "policy entries have a naming rule of their own") {
 }
 
 TEST_CASE_FIXTURE(General, "a policy value that is no string counts as an empty command") {
+    const std::string strings("a\0.\0e\0x\0e\0\0\0\0\0", 14);
     registry.setNumber(HKEY_LOCAL_MACHINE, policy, L"number", 17);
+    registry.setBytes(HKEY_LOCAL_MACHINE, policy, L"strings", REG_MULTI_SZ, strings);
     registry.setNumber(HKEY_LOCAL_MACHINE, run, L"number", 17);
+    registry.setBytes(HKEY_LOCAL_MACHINE, run, L"strings", REG_MULTI_SZ, strings);
+    registry.setBytes(HKEY_LOCAL_MACHINE, run, L"odd type", 0xDEAD, strings);
     init();
-    CHECK(names() == std::vector<std::wstring>{L"number", L"Not specified"});
-    CHECK(field(0, L"DLL") == L"");
+    CHECK(names() ==
+          std::vector<std::wstring>{L"number", L"odd type", L"strings", L"Not specified", L"Not specified"});
+    for (int row = 0; row < 5; ++row) CHECK(field(row, L"DLL") == L"");
 }
 
 TEST_CASE_FIXTURE(General,
@@ -185,7 +190,7 @@ TEST_CASE_FIXTURE(General, "an empty manufacturer or another one protects nothin
     }
 }
 
-TEST_CASE_FIXTURE(General, "a REG_EXPAND_SZ command is resolved once more where its own text names no file") {
+TEST_CASE_FIXTURE(General, "a REG_EXPAND_SZ command is resolved once more where its own name is no file") {
     program(windows + L"\\system32\\ctfmon.exe", {{L"CompanyName", L"Microsoft Corporation"}});
     const std::wstring path = win32::longPath(windows + L"\\system32\\ctfmon.exe");
     machine(L"a expanded", L"%windir%\\system32\\ctfmon.exe", REG_EXPAND_SZ);
@@ -198,6 +203,22 @@ TEST_CASE_FIXTURE(General, "a REG_EXPAND_SZ command is resolved once more where 
     CHECK(field(plain, L"DLL") == L"%windir%\\system32\\ctfmon.exe");
     CHECK(list.image(plain) == iconIe);
     CHECK(field(missing, L"DLL") == L"%windir%\\system32\\missing.exe");
+}
+
+TEST_CASE_FIXTURE(General, "behind rundll32 the library's own name is expanded, not the command") {
+    Variable systemRoot(L"SystemRoot", windows);
+    program(windows + L"\\system32\\rundll32.exe", {{L"CompanyName", L"Microsoft Corporation"}});
+    program(windows + L"\\system32\\x.dll", {{L"CompanyName", L"Library Maker"}});
+    const std::wstring host = L"%SystemRoot%\\system32\\rundll32.exe ";
+    machine(L"a missing", host + L"missing.dll,Start", REG_EXPAND_SZ);
+    machine(L"b present", host + L"%SystemRoot%\\system32\\x.dll,Start", REG_EXPAND_SZ);
+    machine(L"c plain", host + L"%SystemRoot%\\system32\\x.dll,Start", REG_SZ);
+    init();
+    CHECK(field(rowOf(L"a missing"), L"DLL") == L"missing.dll");
+    CHECK(field(rowOf(L"a missing"), L"Manufacturer") == L"");
+    CHECK(field(rowOf(L"b present"), L"DLL") == win32::longPath(windows + L"\\system32\\x.dll"));
+    CHECK(field(rowOf(L"b present"), L"Manufacturer") == L"Library Maker");
+    CHECK(field(rowOf(L"c plain"), L"DLL") == L"%SystemRoot%\\system32\\x.dll");
 }
 
 TEST_CASE_FIXTURE(General,

@@ -134,6 +134,32 @@ TEST_CASE_FIXTURE(Services, "button and Delete open the properties and change no
     CHECK(desktop.popUps.at(0).captions == std::vector<std::wstring>{L"&Delete", L"", L"&Properties"});
 }
 
+TEST_CASE_FIXTURE(Services, "the button runs the Properties command of the selected row") {
+    service(L"s", program(folder.file(L"s.exe")));
+    service(L"t", program(folder.file(L"t.exe")));
+    init();
+    list.select(1);
+    desktop.shellFailure = win32::Error(E_FAIL, L"no shell");
+    press(page, 103);
+    REQUIRE(desktop.shellRequests.size() == 1);
+    CHECK(desktop.shellRequests[0].file == page.itemOf(1).file());
+    REQUIRE(log.lines.size() == 1);
+    CHECK(log.lines[0].source == L"ucServices.mnuProperties_Click");
+    CHECK(log.lines[0].text == L"no shell");
+    CHECK(log.lines[0].level == 4);
+}
+
+TEST_CASE_FIXTURE(Services, "image paths and display names that are no strings count as empty") {
+    const std::string strings("a\0\0\0\0\0", 6);
+    registry.setBytes(HKEY_LOCAL_MACHINE, services + L"\\a", L"ImagePath", REG_MULTI_SZ, strings);
+    registry.setNumber(HKEY_LOCAL_MACHINE, services + L"\\b", L"ImagePath", 5);
+    service(L"c", L"C:\\nowhere\\c.sys");
+    registry.setBytes(HKEY_LOCAL_MACHINE, services + L"\\c", L"DisplayName", REG_MULTI_SZ, strings);
+    init();
+    REQUIRE(list.count() == 1);
+    CHECK(list.text(0, 0) == L"C:\\nowhere\\c.sys");
+}
+
 TEST_CASE_FIXTURE(Services,
                   "without a file: no Properties in the menu, the separator stays, the button does nothing") {
     service(L"s", L"/x", L"Nameless");

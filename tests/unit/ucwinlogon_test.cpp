@@ -69,6 +69,18 @@ TEST_CASE_FIXTURE(Winlogon, "an empty DLLName: not specified, no file, and delet
     CHECK(log.lines.at(0).text == L"Deleting Winlogon('empty', 'Not specified', '')");
 }
 
+TEST_CASE_FIXTURE(Winlogon, "a DLLName that is no string counts as empty") {
+    registry.setNumber(HKEY_LOCAL_MACHINE, notify + L"\\number", L"DLLName", 5);
+    registry.setBytes(HKEY_LOCAL_MACHINE, notify + L"\\strings", L"DLLName", REG_MULTI_SZ,
+                      std::string("a\0\0\0\0\0", 6));
+    init();
+    REQUIRE(list.count() == 2);
+    for (int row : {0, 1}) {
+        CHECK(list.text(row, 0) == L"Not specified");
+        CHECK(page.itemOf(row).file() == L"");
+    }
+}
+
 TEST_CASE_FIXTURE(Winlogon, "a protected package is refused with the stronger message") {
     package(L"wlnotify",
             program(windows + L"\\system32\\wlnotify.dll",

@@ -1,4 +1,5 @@
-// IDispatch from the type library.
+#include "win32/com/com_dispatch.h"
+
 #include <cstring>
 #include <map>
 

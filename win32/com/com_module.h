@@ -25,9 +25,4 @@ struct ComModule {
 HRESULT getClassObject(const ComModule& module, REFCLSID clsid, REFIID iid, void** object) noexcept;
 HRESULT canUnloadNow() noexcept;
 
-// DllRegisterServer: classes, class names and type library, for all users. A failure takes back what was
-// written. DllUnregisterServer leaves none of it; that something is missing is no error.
-HRESULT registerModule(const ComModule& module) noexcept;
-HRESULT unregisterModule(const ComModule& module) noexcept;
-
 }  // namespace win32

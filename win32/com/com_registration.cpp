@@ -1,9 +1,10 @@
-// Registering a DLL's classes under HKEY_CLASSES_ROOT. In its own view of the registry: 32-bit and 64-bit
+#include "win32/com/com_registration.h"
+
+// Classes are registered under HKEY_CLASSES_ROOT, in the own view of the registry: 32-bit and 64-bit
 // classes are different ones.
 #include "win32/base/utf16_bytes.h"
-#include "win32/com/com_module.h"
 #include "win32/com/com_server.h"
-#include "win32/registry/registry.h"
+#include "win32/registry/registry_tree.h"
 #include "win32/system/system.h"
 
 namespace win32 {

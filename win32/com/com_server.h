@@ -7,6 +7,7 @@
 #include <string>
 
 #include "win32/com/com.h"
+#include "win32/com/com_dispatch.h"
 #include "win32/com/counted_object.h"
 
 namespace win32 {
@@ -33,15 +34,6 @@ Type& result(Type* pointer) {
     if (!pointer) raise(E_POINTER, L"No place for the result was given");
     return *pointer = Type();
 }
-
-// IDispatch over the description of the interface in the module's type library.
-//
-// Scripting languages hand over [out] arguments as variants by reference and numbers in any type; the call
-// gets typed pointers and converted values all the same, and the results are converted back.
-HRESULT dispatchIds(REFIID iid, LPOLESTR* names, UINT count, DISPID* ids) noexcept;
-HRESULT dispatchInvoke(REFIID iid, IDispatch* object, DISPID id, WORD flags, DISPPARAMS* parameters,
-                       VARIANT* result, EXCEPINFO* exception, UINT* wrongArgument) noexcept;
-HRESULT dispatchTypeInfo(REFIID iid, UINT index, ITypeInfo** info) noexcept;
 
 // The base of an object with one dual interface: its counting, IUnknown, IDispatch and ISupportErrorInfo.
 template <class Interface, const IID* iid>

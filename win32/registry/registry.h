@@ -64,10 +64,6 @@ class RegistryKey {
 // ERROR_INVALID_NAME when, in the ANSI flavour, several keys are listed under the name of this one.
 LONG checkSubkey(HKEY root, const std::wstring& path, RegistryView view = RegistryView::whole);
 
-// Deletes a key with all that is below it, children first; stops at the first that cannot be deleted and
-// gives its error. A link is deleted, what it leads to stays. The empty path, a whole hive, is refused.
-LONG deleteKeyTree(HKEY root, const std::wstring& path, RegistryView view = RegistryView::whole);
-
 // The whole list; an error other than the end of the list is given back with what was found before it.
 LONG subkeyNames(const RegistryKey& key, std::vector<std::wstring>& names);
 LONG valueNames(const RegistryKey& key, std::vector<std::wstring>& names);

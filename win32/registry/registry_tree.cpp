@@ -1,12 +1,13 @@
-// Deleting a key with what is below it. RegDeleteKey alone deletes the children on Windows 9x and refuses on
-// the NT family, and follows links there.
+#include "win32/registry/registry_tree.h"
+
 #include "win32/base/flavour.h"
-#include "win32/registry/registry.h"
 #include "win32/system/system.h"
 
 namespace win32 {
 
 namespace {
+
+// RegDeleteKey alone deletes the children on Windows 9x, refuses on the NT family, and follows links there.
 
 const REGSAM deleteAccess = DELETE | KEY_READ;
 

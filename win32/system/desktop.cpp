@@ -21,7 +21,10 @@ class RealDesktop : public Desktop {
     }
 
     bool startProgram(const std::wstring& application, const std::wstring& commandLine) override {
-        if (!isExactName(application) || !isExactName(commandLine)) return false;
+        if (!isExactName(application) || !isExactName(commandLine)) {
+            ::SetLastError(ERROR_INVALID_NAME);
+            return false;
+        }
         return withFlavour([&]<class F>(F f) {
             typename F::StartupInfo startup = {};
             startup.cb = sizeof startup;

@@ -29,8 +29,8 @@ class Desktop {
     // What is started or opened is named exactly: a text that Windows would take for another (isExactName in
     // win32/base/text.h) is refused.
     //
-    // CreateProcess in a normal window, not waited for; false when Windows refuses. `application` may be
-    // empty: then the command line names the program.
+    // CreateProcess in a normal window, not waited for; false when Windows refuses, GetLastError tells why.
+    // `application` may be empty: then the command line names the program.
     virtual bool startProgram(const std::wstring& application, const std::wstring& commandLine) = 0;
     // ShellExecute with the verb "open", show command 1; what the shell answers is not told.
     virtual void openFolder(HWND owner, const std::wstring& path) = 0;

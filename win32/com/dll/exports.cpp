@@ -1,5 +1,7 @@
 #include "win32/com/dll/exports.h"
 
+#include "win32/com/com_registration.h"
+
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** object) {
     return win32::getClassObject(win32::moduleOfThisDll(), clsid, iid, object);
 }
