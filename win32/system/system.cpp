@@ -1,6 +1,7 @@
 #include "win32/system/system.h"
 
 #include "win32/base/flavour.h"
+#include "win32/base/structure_size.h"
 #include "win32/system/desktop.h"
 #include "win32/system/environment.h"
 
@@ -110,7 +111,7 @@ OsVersion osVersion() {
     withFlavour([&](auto f) {
         using F = decltype(f);
         typename F::OsVersionInfo info = {};
-        info.dwOSVersionInfoSize = sizeof info;
+        info.dwOSVersionInfoSize = structureSize<typename F::OsVersionInfo>();
         if (!F::getVersionEx(&info)) return;
         // On Windows 95, 98 and Me the high word repeats the version number.
         version.build = info.dwBuildNumber & 0xFFFF;
