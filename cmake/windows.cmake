@@ -1,5 +1,8 @@
 # What every Windows target shares: a static runtime, no unused code, and where the finished programs go.
 add_compile_options(-ffunction-sections -fdata-sections)
+# For every source alike, since the standard headers include Windows' own. Those of GCC 13 and later have a condition
+# variable in them, which they can only compile for Windows Vista; nobody uses it.
+add_compile_definitions(_WIN32_WINNT=0x0600 WIN32_LEAN_AND_MEAN NOMINMAX)
 add_link_options(-static -Wl,--gc-sections -Wl,--major-subsystem-version=4 -Wl,--minor-subsystem-version=0)
 # Release folders carry no symbols.
 add_link_options($<$<CONFIG:MinSizeRel>:-s>)

@@ -89,7 +89,8 @@ def imports(program):
     for line in text.splitlines():
         if named := re.match(r'\s*DLL Name: (\S+)', line):
             library = named[1].lower()
-        elif function := re.match(r'\s+[0-9a-f]+\s+\d+\s+(\S+)\s*$', line):
+        # Newer tools give the number of an import without name a column of its own.
+        elif function := re.match(r'\s+[0-9a-f]+(?:\s+(?:<none>|[0-9a-f]+)){1,2}\s+(\S+)\s*$', line):
             found.append((library, function[1]))
     return found
 

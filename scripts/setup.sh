@@ -1,9 +1,9 @@
 #!/usr/bin/env bash
-# Installs what building and testing Quillon needs on Debian 12; does nothing, and needs neither
+# Installs what building and testing Quillon needs on Debian 12 or 13; does nothing, and needs neither
 # network nor root, when everything is already there.
 set -euo pipefail
 
-base=(cmake ninja-build make git python3 g++ clang clang-format libclang-rt-14-dev doctest-dev
+base=(cmake ninja-build make git python3 g++ clang clang-format libclang-rt-dev doctest-dev
       g++-mingw-w64-i686-win32 g++-mingw-w64-x86-64-win32 mingw-w64-tools libz-mingw-w64-dev dpkg-dev
       zip unzip p7zip-full
       xvfb xdotool x11-utils imagemagick fonts-liberation procps
@@ -18,6 +18,17 @@ missing() {
     local package
     for package in "$@"; do installed "$package" || printf '%s\n' "$package"; done
 }
+
+# The packages have these names, and Quillon was tried, on two releases alone.
+supported() (
+    . /etc/os-release 2>/dev/null || true
+    case "${ID:-} ${VERSION_CODENAME:-} $(uname -m)" in
+    'debian bookworm x86_64' | 'debian trixie x86_64') return ;;
+    esac
+    printf 'setup: Debian 12 and 13 on x86_64 are supported; this is %s on %s, and missing here are: %s\n' \
+        "${PRETTY_NAME:-an unknown system}" "$(uname -m)" "$*" >&2
+    return 1
+)
 
 as_root() {
     if [ "$(id -u)" = 0 ]; then
@@ -69,6 +80,7 @@ install_wine() {
 mapfile -t wanted < <(missing "${base[@]}")
 mapfile -t wanted_wine < <(missing "${wine64[@]}" "${wine32[@]}")
 if [ ${#wanted[@]} -gt 0 ] || [ ${#wanted_wine[@]} -gt 0 ]; then
+    supported "${wanted[@]}" "${wanted_wine[@]}"
     printf 'setup: installing: %s\n' "${wanted[*]} ${wanted_wine[*]}"
     refresh_lists
 fi

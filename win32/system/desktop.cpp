@@ -4,6 +4,7 @@
 
 #include "win32/base/flavour.h"
 #include "win32/base/handle.h"
+#include "win32/base/structure_size.h"
 
 namespace win32 {
 
@@ -27,7 +28,7 @@ class RealDesktop : public Desktop {
         }
         return withFlavour([&]<class F>(F f) {
             typename F::StartupInfo startup = {};
-            startup.cb = sizeof startup;
+            startup.cb = structureSize<typename F::StartupInfo>();
             startup.dwFlags = STARTF_USESHOWWINDOW;
             startup.wShowWindow = SW_SHOWNORMAL;
             // CreateProcess writes into the command line, so it gets one of its own.
@@ -56,7 +57,7 @@ class RealDesktop : public Desktop {
             auto verb = f.in(request.verb);
             auto file = f.in(request.file);
             typename F::ShellExecuteInfo record = {};
-            record.cbSize = sizeof record;
+            record.cbSize = structureSize<typename F::ShellExecuteInfo>();
             record.fMask = request.mask;
             record.hwnd = request.owner;
             record.lpVerb = verb;

@@ -1,6 +1,7 @@
 #include "win32/system/resources.h"
 
 #include "win32/base/flavour.h"
+#include "win32/base/structure_size.h"
 
 namespace win32 {
 
@@ -49,7 +50,7 @@ BITMAP sizeOf(const OwnedBitmap& bitmap) {
 // Whole pixels only: colours in between would not be the mask's.
 OwnedBitmap stretched(const OwnedBitmap& bitmap, int width, int height) {
     BITMAPINFO format = {};
-    format.bmiHeader.biSize = sizeof format.bmiHeader;
+    format.bmiHeader.biSize = structureSize<BITMAPINFOHEADER>();
     format.bmiHeader.biWidth = width;
     format.bmiHeader.biHeight = height;
     format.bmiHeader.biPlanes = 1;

@@ -1,6 +1,7 @@
 #include "win32/system/system.h"
 
 #include "win32/base/flavour.h"
+#include "win32/base/structure_size.h"
 #include "win32/system/desktop.h"
 #include "win32/system/environment.h"
 
@@ -105,7 +106,7 @@ OsVersion osVersion() {
     OsVersion version = {majorVersion(), minorVersion(), 0, isNtFamily() ? 2ul : 1ul, {}, {}};
     withFlavour([&]<class F>(F f) {
         typename F::OsVersionInfo info = {};
-        info.dwOSVersionInfoSize = sizeof info;
+        info.dwOSVersionInfoSize = structureSize<typename F::OsVersionInfo>();
         if (!f.getVersionEx(&info)) return;
         // On Windows 95, 98 and Me the high word repeats the version number.
         version.build = info.dwBuildNumber & 0xFFFF;

@@ -1,6 +1,7 @@
 #include "win32/windows/window.h"
 
 #include "win32/base/flavour.h"
+#include "win32/base/structure_size.h"
 #include "win32/windows/scale.h"
 
 namespace win32 {
@@ -66,8 +67,8 @@ HWND topLevelOf(HWND window) {
 OwnedFont messageFont(int dpi) {
     return withFlavour([&]<class F>(F f) {
         typename F::NonClientMetrics metrics = {};
-        metrics.cbSize = sizeof metrics;
-        f.systemParametersInfo(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+        metrics.cbSize = structureSize<typename F::NonClientMetrics>();
+        f.systemParametersInfo(SPI_GETNONCLIENTMETRICS, metrics.cbSize, &metrics, 0);
         metrics.lfMessageFont.lfHeight = ::MulDiv(metrics.lfMessageFont.lfHeight, dpi, systemDpi());
         return OwnedFont(f.createFontIndirect(&metrics.lfMessageFont));
     });
@@ -98,8 +99,8 @@ OwnedFont underlinedVersionOf(HFONT font) {
 bool isHighContrast() {
     return withFlavour([]<class F>(F f) {
         typename F::HighContrast setting = {};
-        setting.cbSize = sizeof setting;
-        f.systemParametersInfo(SPI_GETHIGHCONTRAST, sizeof setting, &setting, 0);
+        setting.cbSize = structureSize<typename F::HighContrast>();
+        f.systemParametersInfo(SPI_GETHIGHCONTRAST, setting.cbSize, &setting, 0);
         return (setting.dwFlags & HCF_HIGHCONTRASTON) != 0;
     });
 }
