@@ -16,10 +16,14 @@ quietly() {
 }
 
 mkdir -p build
+scripts/libzip.sh
 [ $# -gt 0 ] || set -- x86 x64
 for architecture in "$@"; do
     printf 'build: %s\n' "$architecture"
-    quietly "build/configure-$architecture.log" cmake --preset "$architecture"
+    quietly "build/configure-$architecture.log" cmake --preset "$architecture" || {
+        printf 'build: scripts/setup.sh installs what is missing\n' >&2
+        exit 1
+    }
     quietly "build/build-$architecture.log" cmake --build --preset "$architecture"
     rm -rf "dist/$architecture"
     mkdir -p "dist/$architecture"

@@ -10,6 +10,7 @@ import os
 import shutil
 import subprocess
 import sys
+import textwrap
 import time
 import unittest
 from concurrent.futures import ThreadPoolExecutor
@@ -85,7 +86,8 @@ def run_combination(combination, options):
     counts = [int(number) for number in words[::2]] if counted else [0, 1, 0]
     print(f'e2e {combination:20} {last}  ({time.monotonic() - began:.0f} s)', flush=True)
     if done.returncode or not counted:
-        print(done.stdout, flush=True)
+        # Indented, so that its own count is not taken for one of the whole run's.
+        print(textwrap.indent(done.stdout, '    '), flush=True)
     elif '\n***' in done.stdout:
         print('\n'.join(line for line in done.stdout.splitlines() if line.startswith('***')), flush=True)
     return counts

@@ -69,9 +69,13 @@ class Bench:
                 signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
                 resource.setrlimit(resource.RLIMIT_FSIZE, (file_limit, file_limit))
 
-        done = subprocess.run(['wine', self.programs / program, *arguments, f'flavour={self.flavour}'], timeout=300,
-                              cwd=self.folder, env=self.environment, capture_output=True, text=True, preexec_fn=limit)
-        return Answer(done.stdout)
+        # Into files: the first program of a session starts Wine's desktop, which inherits what it writes to and would
+        # keep a pipe open until the last program of the session has ended.
+        with tempfile.TemporaryFile('w+', encoding='utf-8') as output:
+            subprocess.run(['wine', self.programs / program, *arguments, f'flavour={self.flavour}'], timeout=300,
+                           cwd=self.folder, env=self.environment, stdout=output, stderr=subprocess.DEVNULL, preexec_fn=limit)
+            output.seek(0)
+            return Answer(output.read())
 
     def zip(self, archive, specs, *options, delete=False, file_limit=None):
         """Runs cZip over specifications relative to the bench's folder, or full Windows paths."""

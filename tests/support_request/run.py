@@ -16,8 +16,7 @@ import archive_cases
 import request_cases
 from bench import TOP, Bench
 
-# The waiting cases begin first, so that the others run meanwhile; the other requests begin last: under Wine 8 one that
-# began in the same moment as the waiting ones was seen to get its answer only when those had ended.
+# The waiting cases begin first, so that the others run meanwhile.
 WAITING = ('never', 'stall', 'inside', 'nobody')
 AT_ONCE = 12
 PREFIX = TOP / 'build' / 'wine' / 'support-request'
@@ -76,8 +75,7 @@ def main():
         for flavour in ('wide', 'ansi'):
             jobs += [(architecture, flavour, name, case, build / 'support_request', environment) for name, case in cases()
                      if options.only in name and (flavour == 'wide' or name not in WIDE_ONLY)]
-    requests = vars(request_cases)
-    jobs.sort(key=lambda job: 0 if any(word in job[2] for word in WAITING) else 2 if job[2] in requests else 1)
+    jobs.sort(key=lambda job: not any(word in job[2] for word in WAITING))
     with ThreadPoolExecutor(AT_ONCE) as pool:
         results += pool.map(run, jobs)
     subprocess.run([prefix_script, 'stop', PREFIX])

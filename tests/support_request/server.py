@@ -16,6 +16,7 @@ ANSWERS = {
     '/close': None,
 }
 HOLDS_ON = ('/stall', '/half', '/never')
+PATIENCE = 60  # seconds that it holds on
 
 
 class Server:
@@ -53,7 +54,7 @@ class Server:
                 return
             connection.sendall(ANSWERS[answer_of])
             if answer_of in HOLDS_ON:
-                self.done.wait(60)
+                self.done.wait(PATIENCE)
 
     @staticmethod
     def receive(connection):

@@ -120,7 +120,7 @@ class EveryPlace(Case):
         self.program.deselect(PAGE)
         expected = [({'black'}, RED[image]) for _, _, image in self.rows()]
         try:
-            wait_for(lambda: self.colours() == expected, 'the rows to be painted', patience=10)
+            wait_for(lambda: self.colours() == expected, 'the rows to be painted')
         except TimedOut:
             self.assertEqual(self.colours(), expected)
 

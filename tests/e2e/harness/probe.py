@@ -9,13 +9,35 @@ from .waiting import TimedOut
 
 REG_NONE, REG_SZ, REG_EXPAND_SZ, REG_BINARY, REG_DWORD, REG_DWORD_BIG_ENDIAN, REG_LINK, REG_MULTI_SZ = range(8)
 REG_QWORD = 11
-PATIENCE = 60
+PATIENCE = 150  # longer than the probe itself waits for a window's answer
+PEER_STARTS = 3
 
 
 class ProbeError(Exception):
     def __init__(self, command, answer):
         super().__init__(f'{command}: {answer["error"]} ({answer["code"]})')
         self.code = answer['code']
+
+
+class ProbeEnded(AssertionError):
+    pass
+
+
+def tried_again(start, failure):
+    """What `start()` gives. On a busy machine Wine fails to start a program at times (1359 is one of its answers), so
+    that our own tools and Wine's may be started again. The product never is: its start is what is tested."""
+    for attempt in range(1, PEER_STARTS + 1):
+        try:
+            return start()
+        except failure as error:
+            if attempt == PEER_STARTS:
+                raise
+            print(f'started again: {error}', flush=True)
+
+
+def start_peer(probe, path, folder, arguments):
+    """Starts a program that is not the product, and gives its process number."""
+    return tried_again(lambda: probe.ask('start', path, folder, arguments)['pid'], ProbeError)
 
 
 def escaped(field):
@@ -36,15 +58,26 @@ def registry_bytes(kind, data):
 
 class Probe:
     def __init__(self, program, environment, trace_file=None, before_exec=None):
+        tried_again(lambda: self._start(program, environment, trace_file, before_exec), ProbeEnded)
+
+    def _start(self, program, environment, trace_file, before_exec):
         with open(trace_file or os.devnull, 'ab') as trace:
             self.process = subprocess.Popen(['wine', str(program)], env=environment, stdin=subprocess.PIPE,
                                             stdout=subprocess.PIPE, stderr=trace, preexec_fn=before_exec)
         self.pending = b''
+        try:
+            self.ask('version')
+        except ProbeEnded:
+            self.close()
+            raise
 
     def ask(self, command, *fields):
         line = '\t'.join([command, *map(escaped, fields)]) + '\n'
-        self.process.stdin.write(line.encode('utf-8'))
-        self.process.stdin.flush()
+        try:
+            self.process.stdin.write(line.encode('utf-8'))
+            self.process.stdin.flush()
+        except BrokenPipeError:
+            raise ProbeEnded(f'the probe had ended before "{command}"') from None
         answer = json.loads(self._line(command))
         if 'error' in answer:
             raise ProbeError(line.strip(), answer)
@@ -58,7 +91,7 @@ class Probe:
                 raise TimedOut(f'the probe did not answer "{command}"')
             chunk = os.read(output, 65536)
             if not chunk:
-                raise AssertionError(f'the probe ended at "{command}"')
+                raise ProbeEnded(f'the probe ended at "{command}"')
             self.pending += chunk
         line, self.pending = self.pending.split(b'\n', 1)
         return line

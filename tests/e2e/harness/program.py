@@ -7,6 +7,7 @@ from .waiting import wait_for
 
 LIST, FILE_BOX, BUTTON, FOOTER = 101, 102, 103, 201
 EXCLAMATION_I, CHECK_OK, QUESTION_IE = 0, 1, 2  # positions in the image list: "i", "OK", "IE"
+FOCUS_TAKES = 10  # seconds, then it is tried again
 PAGES = ['ucHelp1', 'ucRun1', 'ucWinlogon1', 'ucOther1', 'ucServices1']
 
 
@@ -90,8 +91,18 @@ class Program:
         return next(child for child in children if child['id'] == number and child['parent'] == owner)
 
     def rows(self, page):
-        answer = self.probe.ask('rows', self.control(page, LIST)['window'])['rows']
-        return [Row(*row['texts'], row['image'], row['selected']) for row in answer]
+        window = self.control(page, LIST)['window']
+        answer = wait_for(lambda: self._whole_list(window), 'a list that is not refilled while it is read')
+        return [Row(*row['texts'], row['image'], row['selected']) for row in answer['rows']]
+
+    def _whole_list(self, window):
+        """Row is asked after row; nothing when a refresh took rows away meanwhile."""
+        try:
+            return self.probe.ask('rows', window)
+        except ProbeError as error:
+            if 'LVM_GETITEM' not in str(error):
+                raise
+            return None
 
     def file_box(self, page):
         return self.control(page, FILE_BOX)['text']
@@ -142,8 +153,16 @@ class Program:
         return self.windows_named('Quillon')
 
     def _take_focus(self):
-        for window in self._on_display()[-1:]:
-            subprocess.run(['xdotool', 'windowfocus', '--sync', window], env=self.environment, timeout=20)
+        """Windows says that a window is visible before the display shows it, and what is pressed meanwhile is lost."""
+        wait_for(self._focus_topmost, 'the keyboard')
+
+    def _focus_topmost(self):
+        windows = self._on_display()
+        try:
+            return windows and subprocess.run(['xdotool', 'windowfocus', '--sync', windows[-1]], env=self.environment,
+                                              timeout=FOCUS_TAKES).returncode == 0
+        except subprocess.TimeoutExpired:  # the window went, or another took the keyboard: the topmost may be another now
+            return False
 
     def windows_named(self, title):
         """The visible X windows of any program with this title, as numbers."""
@@ -158,7 +177,8 @@ class Program:
             wait_for(lambda: self.visible_pages() != before, 'the next page')
 
     def photograph(self, file):
-        subprocess.run(['import', '-window', self._on_display()[-1], file], check=True, env=self.environment)
+        window = wait_for(self._on_display, 'the window on the display')[-1]
+        subprocess.run(['import', '-window', window, file], check=True, env=self.environment)
 
     def control_tab(self, shift=False):
         pressed = ['keydown ctrl'] + (['keydown shift'] if shift else [])

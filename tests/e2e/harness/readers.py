@@ -7,7 +7,7 @@ from pathlib import Path
 
 from . import paths
 from .exported_places import HIVES
-from .probe import Probe
+from .probe import Probe, start_peer
 from .waiting import wait_for
 
 DUMP = Path(__file__).with_name('hive_dump.pl')
@@ -29,7 +29,7 @@ class WineTool:
         self.probe.close()
 
     def run(self, windows_path):
-        pid = self.probe.ask('start', self.program, 'C:\\', f'{self.arguments} "{windows_path}"')['pid']
+        pid = start_peer(self.probe, self.program, 'C:\\', f'{self.arguments} "{windows_path}"')
         wait_for(lambda: not self.probe.ask('state', pid)['running'], f'{self} to end')
         code = self.probe.ask('state', pid)['code']
         if code:

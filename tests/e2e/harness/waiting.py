@@ -1,7 +1,7 @@
 """Waiting for a condition: no test sleeps for a time that somebody guessed."""
 import time
 
-PATIENCE = 40  # seconds; a loaded machine with two Wine sessions is slow
+PATIENCE = 120  # seconds, which only a failure waits for; a loaded machine with several Wine sessions is slow
 
 
 class TimedOut(AssertionError):

@@ -9,6 +9,7 @@ import re
 import sys
 
 from . import paths
+from .probe import start_peer
 from .waiting import wait_for
 
 sys.path.insert(0, str(paths.TOP / 'tests' / 'windows98'))
@@ -83,7 +84,7 @@ class Imitation(Nothing):
             self.prefix.put(f'C:\\windows\\{library.name}', library)
         registrar = 'C:\\windows\\system32\\regsvr32.exe'
         for name in ['Helmkit.dll', 'QLNCustom.dll']:
-            pid = probe.ask('start', registrar, folder, f'/s "{folder}\\{name}"')['pid']
+            pid = start_peer(probe, registrar, folder, f'/s "{folder}\\{name}"')
             wait_for(lambda: not probe.ask('state', pid)['running'], f'{name} to be registered')
 
     def refused(self):

@@ -11,7 +11,7 @@ constexpr int kTextLength = 2048;
 
 LRESULT ask(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
     DWORD_PTR result = 0;
-    if (!::SendMessageTimeoutW(window, message, wParam, lParam, SMTO_ABORTIFHUNG, 5000, &result))
+    if (!::SendMessageTimeoutW(window, message, wParam, lParam, SMTO_NORMAL, kPatience, &result))
         throw Failure{"the list does not answer", ::GetLastError()};
     return static_cast<LRESULT>(result);
 }

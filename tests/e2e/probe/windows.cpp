@@ -7,11 +7,9 @@
 namespace probe {
 namespace {
 
-constexpr UINT kPatience = 5000;  // milliseconds that a window may take to answer
-
 LRESULT ask(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0) {
     DWORD_PTR result = 0;
-    if (!::SendMessageTimeoutW(window, message, wParam, lParam, SMTO_ABORTIFHUNG, kPatience, &result))
+    if (!::SendMessageTimeoutW(window, message, wParam, lParam, SMTO_NORMAL, kPatience, &result))
         throw Failure{"the window does not answer", ::GetLastError()};
     return static_cast<LRESULT>(result);
 }

@@ -1,0 +1,194 @@
+"""The mutants that the operators make, and what is said of one that no test noticed."""
+import json
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+from mutation import results as figures
+from mutation.equivalents import Equivalent, Equivalents
+from mutation.mutants import mutants_of
+from mutation.running import Ran, run
+from mutation.trial import held, tried
+
+TOP = Path(__file__).resolve().parents[2]
+
+
+def changes(text, operator):
+    """What the operator makes of a line of a function."""
+    return [mutant.after for mutant in mutants_of('a.cpp', f'void f() {{\n{text}\n}}') if mutant.operator == operator]
+
+
+class Operators(unittest.TestCase):
+    def test_relations(self):
+        self.assertEqual(changes('x = a < b;', 'relation'), ['x = a <= b;', 'x = a >= b;'])
+        self.assertEqual(changes('x = a == b;', 'relation'), ['x = a != b;'])
+        self.assertEqual(changes('std::vector<int> a; g<b>(c);', 'relation'), [])
+
+    def test_arithmetic(self):
+        self.assertEqual(changes('x = a && b;', 'arithmetic'), ['x = a || b;'])
+        self.assertEqual(changes('x = a - 1;', 'arithmetic'), ['x = a + 1;'])
+        self.assertEqual(changes('++i;', 'arithmetic'), ['--i;'])
+        self.assertEqual(changes('x = text + L"a"; T&& y; *p = -1;', 'arithmetic'), [])
+
+    def test_negations(self):
+        self.assertEqual(changes('x = !a;', 'negation'), ['x = a;'])
+
+    def test_constants(self):
+        self.assertEqual(changes('x = 0;', 'constant'), ['x = 1;'])
+        self.assertEqual(changes('x = 1;', 'constant'), ['x = 0;'])
+        self.assertEqual(changes('x = 0xFFu;', 'constant'), ['x = 0x100u;'])
+        self.assertEqual(changes('x = true;', 'constant'), ['x = false;'])
+        self.assertEqual(changes("x = L'a';", 'constant'), ["x = L'~';"])
+        self.assertEqual(changes('x = L"a";', 'constant'), ['x = L"a~";', 'x = L"";'])
+
+    def test_what_is_no_code_is_left_alone(self):
+        self.assertEqual(mutants_of('a.cpp', '#include "a.h"\n#define A \\\n  1\n// 1 == 2\n/* 1 < 2 */ extern "C" {}\n'), [])
+
+    def test_conditions(self):
+        self.assertEqual(changes('if (a) b();', 'condition'), ['if (false) b();', 'if (true) b();'])
+        self.assertEqual(changes('while (a) b();', 'condition'), ['while (false) b();'])
+        self.assertEqual(changes('if (int a = b()) c(a);', 'condition'), [])
+
+    def test_choices(self):
+        self.assertEqual(changes('x = a ? b(1, 2) : c;', 'choice'), ['x = a ? c : b(1, 2);'])
+
+    def test_arguments(self):
+        self.assertEqual(changes('f(a, g(b), c);', 'argument'), ['f(g(b), a, c);', 'f(a, c, g(b));', 'f(a, g(b));'])
+        self.assertEqual(changes('f(a);', 'argument'), [])
+        self.assertEqual(changes('void f(int a, int b);', 'argument'), [])
+
+    def test_statements(self):
+        self.assertEqual(changes('f(a);', 'statement'), [''])
+        self.assertEqual(changes('a = b; c();', 'statement'), ['c();', 'a = b;'])
+        self.assertEqual(changes('if (a) f();', 'statement'), ['if (a) ;'])
+        self.assertEqual(changes('int a = 1; const Key key(b); return a;', 'statement'), [])
+        self.assertEqual(changes('x = f(a) + g();', 'statement'), [''])
+
+    def test_rows(self):
+        self.assertEqual(changes('const Row rows[] = {{1, a}, {2, b}};', 'row'),
+                         ['const Row rows[] = { {2, b}};', 'const Row rows[] = {{2, b}, {1, a}};'])
+
+    def test_a_mutant_is_told_by_its_line_and_not_by_its_place(self):
+        keys = [{mutant.key for mutant in mutants_of('a.cpp', text)} for text in ('x = a < b;', '\n\n  x  = a < b;')]
+        self.assertEqual(*keys)
+
+    def test_the_same_line_twice_gives_two_mutants(self):
+        found = [mutant for mutant in mutants_of('a.cpp', 'a(1);\na(1);\n') if mutant.operator == 'constant']
+        self.assertEqual([mutant.occurrence for mutant in found], [0, 1])
+        self.assertEqual([mutant.apply('a(1);\na(1);\n') for mutant in found], ['a(0);\na(1);\n', 'a(1);\na(0);\n'])
+
+    def test_every_mutant_changes_its_source(self):
+        for path in sorted((TOP / 'win32' / 'base').glob('*.cpp')):
+            text = path.read_text(encoding='utf-8')
+            for mutant in mutants_of(path.name, text):
+                self.assertNotEqual(mutant.apply(text), text, mutant)
+
+
+class Stage:
+    """A part of the suite that runs a command of the machine."""
+
+    def __init__(self, name, code='', builds=True, changes=True, limit=30):
+        self.name, self.builds, self.changes, self.limit = name, builds, changes, limit
+        self.command = [sys.executable, '-c', code]
+
+    def build(self):
+        return self.builds
+
+    def changed(self):
+        return self.changes
+
+    def run(self, _):
+        return run(self.command, self.limit)
+
+
+class Trials(unittest.TestCase):
+    passes = Stage('passes')
+    fails = Stage('fails', 'print("TEST CASE:  the rule"); raise SystemExit(1)')
+
+    def test_a_mutant_that_nothing_notices_survives(self):
+        self.assertEqual(held(None, [self.passes, self.passes]), ('survived', '', ''))
+
+    def test_a_failing_stage_kills_and_is_named_with_its_case(self):
+        self.assertEqual(held(None, [self.passes, self.fails]), ('killed', 'fails', 'the rule'))
+
+    def test_what_takes_too_long_is_told_apart(self):
+        self.assertEqual(held(None, [Stage('hangs', 'import time; time.sleep(60)', limit=0.5)]), ('timeout', 'hangs', ''))
+
+    def test_what_does_not_compile(self):
+        self.assertEqual(held(None, [Stage('compiled', builds=False), self.fails]), ('not compiled', 'compiled', ''))
+
+    def test_a_stage_that_cannot_see_the_mutant_is_left_out(self):
+        unseeing = Stage('unseeing', self.fails.command[-1], changes=False)
+        self.assertEqual(held(None, [unseeing, self.passes])[0], 'survived')
+        self.assertEqual(held(None, [unseeing])[0], 'same program')
+
+    def test_a_stage_without_tests_for_the_file_says_nothing(self):
+        self.passes.run = lambda _: None
+        self.addCleanup(self.passes.__dict__.pop, 'run')
+        self.assertEqual(held(None, [self.passes])[0], 'survived')
+
+    def test_the_source_is_put_back_whatever_happens(self):
+        steps = []
+
+        class Tree:
+            put = staticmethod(lambda mutant: steps.append('put'))
+            put_back = staticmethod(lambda: steps.append('put back'))
+
+        with self.assertRaises(AttributeError):
+            tried(None, Tree, [None])
+        self.assertEqual(steps, ['put', 'put back'])
+
+    def test_a_run_gives_its_status_and_what_it_said(self):
+        self.assertEqual(run([sys.executable, '-c', 'print("said"); raise SystemExit(3)'], 30), Ran(3, 'said\n'))
+
+
+class Figures(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.file = Path(folder.name) / 'results.jsonl'
+        self.mutants = mutants_of('win32/a.cpp', 'x = a < b;\ny = 0;\n')
+
+    def test_they_are_kept_for_each_seed_and_gone_on_with(self):
+        one, other, last = self.mutants[:3]
+        results = figures.Results(self.file, 7)
+        results.add(one, 'killed', 'wide', 'a case', 1.24)
+        results.add(other, 'survived')
+        figures.Results(self.file, 8).add(last, 'killed')
+        again = figures.Results(self.file, 7)
+        self.assertEqual([again.last(mutant) for mutant in self.mutants[:3]], ['killed', 'survived', None])
+        self.assertEqual(json.loads(self.file.read_text().splitlines()[0])['seconds'], 1.2)
+
+    def test_the_first_trial_counts_beside_the_last(self):
+        results = figures.Results(self.file, 7)
+        results.add(self.mutants[0], 'survived')
+        results.add(self.mutants[0], 'killed')
+        self.assertEqual(results.outcomes(self.mutants, 0)['win32']['survived'], 1)
+        self.assertEqual(results.outcomes(self.mutants, -1)['win32']['killed'], 1)
+
+    def test_a_share_leaves_out_what_does_not_compile_and_what_is_the_same(self):
+        row = dict.fromkeys(figures.OUTCOMES, 0) | {'killed': 2, 'timeout': 1, 'survived': 1, 'not compiled': 5, 'same program': 6}
+        self.assertEqual(figures.share(row), 75)
+        self.assertIn('75.0 %', figures.told('trial', {'win32': row}))
+
+
+class Known(unittest.TestCase):
+    def rows(self, text, *pairs):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        (Path(folder.name) / 'a.cpp').write_text(text)
+        equivalents = Equivalents([Equivalent('a.cpp', before, after, 'reason') for before, after in pairs])
+        return equivalents, equivalents.void(Path(folder.name))
+
+    def test_a_row_is_known_by_its_lines(self):
+        equivalents, void = self.rows('x = 0;\n', ('x = 0;', 'x = 1;'))
+        self.assertEqual((equivalents.reason(mutants_of('a.cpp', 'x = 0;')[0]), void), ('reason', []))
+
+    def test_a_row_that_fits_nothing_or_two_lines_is_void(self):
+        self.assertEqual(len(self.rows('y = 0;\n', ('x = 0;', 'x = 1;'))[1]), 1)
+        self.assertEqual(len(self.rows('x = 0;\nx = 0;\n', ('x = 0;', 'x = 1;'))[1]), 1)
+
+    def test_the_table_has_no_void_row(self):
+        table = Equivalents.read(TOP / 'tests' / 'mutation' / 'equivalents.tsv')
+        self.assertEqual(table.void(TOP), [])
