@@ -8,13 +8,19 @@ namespace helmkit {
 
 namespace {
 
-const size_t foldedAt = 77;
+const size_t foldedAt = 77, bytesInLine = 25, lengthOfEnd = 2;
 
-void appendQuoted(std::wstring& text, std::wstring_view raw) {
+// `unitAt(i)` is the text's unit at a position.
+template <class UnitAt>
+void appendQuoted(std::wstring& text, size_t length, UnitAt unitAt) {
+    auto isEscaped = [](wchar_t c) { return c == L'"' || c == L'\\'; };
+    size_t room = length + 2 + lengthOfEnd;
+    for (size_t i = 0; i < length; ++i) room += isEscaped(unitAt(i));
+    text.reserve(text.size() + room);
     text += L'"';
-    for (wchar_t c : raw) {
-        if (c == L'"' || c == L'\\') text += L'\\';
-        text += c;
+    for (size_t i = 0; i < length; ++i) {
+        if (isEscaped(unitAt(i))) text += L'\\';
+        text += unitAt(i);
     }
     text += L'"';
 }
@@ -34,13 +40,19 @@ void appendEscaped(std::wstring& text, std::wstring_view raw) {
     }
 }
 
-// The text between quotes, when they give back exactly the stored bytes.
-bool quotable(std::string_view data, std::wstring& characters) {
+wchar_t storedUnit(std::string_view data, size_t position) {
+    return static_cast<wchar_t>(win32::unitAt(data, 2 * position));
+}
+
+// Whether quotes give back exactly the stored bytes: a text without line ends, its one NUL at its end.
+bool isQuotable(std::string_view data) {
     if (data.size() < 2 || data.size() % 2) return false;
-    characters = win32::unitsOf(data);
-    if (characters.back() != L'\0') return false;
-    characters.pop_back();
-    return canBeWritten(characters);
+    const size_t last = data.size() / 2 - 1;
+    for (size_t i = 0; i < last; ++i) {
+        const wchar_t unit = storedUnit(data, i);
+        if (unit == L'\0' || unit == L'\r' || unit == L'\n') return false;
+    }
+    return storedUnit(data, last) == L'\0';
 }
 
 void appendNumber(std::wstring& text, std::string_view data) {
@@ -62,7 +74,9 @@ void appendType(std::wstring& text, uint32_t type) {
 
 // Folded as the registry editor does it: after a comma, once the line has 77 characters.
 void appendBytes(std::wstring& text, size_t lineStart, std::string_view data) {
-    text.reserve(text.size() + 4 * data.size());
+    const size_t lengthOfFold = 5;
+    text.reserve(text.size() + 3 * data.size() + lengthOfFold * (data.size() / bytesInLine + 1) +
+                 lengthOfEnd);
     for (size_t i = 0; i < data.size(); ++i) {
         win32::appendHex(text, win32::byteAt(data, i), 2);
         if (i + 1 == data.size()) break;
@@ -92,12 +106,11 @@ void appendValue(std::wstring& text, std::wstring_view key, const ExportedValue&
     if (value.name.empty()) {
         text += L'@';
     } else {
-        appendQuoted(text, value.name);
+        appendQuoted(text, value.name.size(), [&](size_t i) { return value.name[i]; });
     }
     text += L'=';
-    std::wstring characters;
-    if (value.type == typeString && quotable(value.data, characters)) {
-        appendQuoted(text, characters);
+    if (value.type == typeString && isQuotable(value.data)) {
+        appendQuoted(text, value.data.size() / 2 - 1, [&](size_t i) { return storedUnit(value.data, i); });
     } else if (value.type == typeNumber && value.data.size() == 4) {
         appendNumber(text, value.data);
     } else {

@@ -12,10 +12,10 @@
 namespace helmkit {
 
 struct ExportedValue {
-    std::wstring name;  // empty: the key's default value
+    std::wstring_view name;  // empty: the key's default value
     uint32_t type;
-    std::string data;     // strings as UTF-16 little-endian bytes
-    std::string hexData;  // the bytes for the hex notation: strings in the encoding of the file's header
+    std::string_view data;     // strings as UTF-16 little-endian bytes
+    std::string_view hexData;  // the bytes for the hex notation: strings in the encoding of the file's header
 };
 
 // False for a name with characters that end a line, or a NUL.
@@ -24,7 +24,8 @@ bool canBeWritten(std::wstring_view name);
 // A blank line and the key's full name in brackets.
 void appendKeyHeader(std::wstring& text, std::wstring_view key);
 
-// The value's line, or the comment in its place. `key` is the full name, for the comment.
+// The value's line, or the comment in its place. `key` is the full name, for the comment. Room for the line
+// is asked for once, before it is written.
 void appendValue(std::wstring& text, std::wstring_view key, const ExportedValue& value);
 
 // `; not exported: [key]` and the reason. Characters that would end the line are written as \u0000 codes.

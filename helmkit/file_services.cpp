@@ -1,6 +1,9 @@
 #include "helmkit/file_services.h"
 
+#include <algorithm>
+
 #include "win32/base/text.h"
+#include "win32/files/file_replacement.h"
 #include "win32/files/files.h"
 
 namespace helmkit::server {
@@ -21,6 +24,22 @@ std::string bytesOfText(std::wstring_view text) {
         bytes += win32::toAnsi(text.substr(begin, i + 1 - begin));
     }
     return bytes;
+}
+
+// A piece at a time: a backup takes many megabytes already.
+void writeText(const std::wstring& path, std::wstring_view text) {
+    const size_t longest = 1 << 16;
+    win32::NoFileRedirection off;
+    win32::FileReplacement file(path);
+    while (!text.empty()) {
+        size_t length = std::min(longest, text.size());
+        const bool endsInPair = (text[length - 1] & 0xFC00) == 0xD800;
+        if (length < text.size() && endsInPair) --length;
+        const std::string bytes = bytesOfText(text.substr(0, length));
+        file.write(bytes.data(), bytes.size());
+        text.remove_prefix(length);
+    }
+    file.commit();
 }
 
 class ByteArray {
@@ -84,8 +103,7 @@ STDMETHODIMP FileServices::ReadTextFile(BSTR path, BSTR* text) {
 }
 
 STDMETHODIMP FileServices::WriteTextFile(BSTR path, BSTR text) {
-    return method(
-        [&] { win32::replaceFile(win32::BString::copy(path), bytesOfText(win32::BString::view(text))); });
+    return method([&] { writeText(win32::BString::copy(path), win32::BString::view(text)); });
 }
 
 STDMETHODIMP FileServices::ReadFileBytes(BSTR path, SAFEARRAY** bytes) {

@@ -37,6 +37,23 @@ LONG writeString(HKEY hive, const std::wstring& path, const std::wstring& name, 
     return key.set(name, type, dataOfString(type, text));
 }
 
+// The text of an export as the caller gets it: there are two of it for a moment. Where memory is short for
+// that, the largest values are left out, first those of more than 16 MiB.
+template <class Export>
+BSTR exported(Export exportUpTo) {
+    const size_t smallest = 1 << 12;
+    for (size_t largest = SIZE_MAX;; largest = largest == SIZE_MAX ? 16 << 20 : largest / 16) {
+        try {
+            TextPieces pieces = exportUpTo(largest);
+            win32::BString text = win32::BString::ofLength(pieces.length());
+            pieces.moveTo(text.get());
+            return text.release();
+        } catch (...) {
+            if (win32::currentError().number != E_OUTOFMEMORY || largest <= smallest) throw;
+        }
+    }
+}
+
 }  // namespace
 
 STDMETHODIMP RegistryAccess::ReadValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR* data, LONG* status) {
@@ -87,15 +104,18 @@ STDMETHODIMP RegistryAccess::ExportKey(LONG* hive, BSTR* keyPath, BSTR* text) {
     return method([&] {
         win32::result(text);
         if (!hive || !keyPath) win32::raise(E_POINTER, L"No hive or key was given");
-        *text = win32::BString(exportKey(hiveOf(*hive), win32::BString::copy(*keyPath))).release();
+        const HKEY root = hiveOf(*hive);
+        const std::wstring path = win32::BString::copy(*keyPath);
+        *text = exported([&](size_t largest) { return exportKey(root, path, largest); });
     });
 }
 
 STDMETHODIMP RegistryAccess::ExportValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR* text) {
     return method([&] {
-        win32::result(text) = win32::BString(exportValue(hiveOf(hive), win32::BString::copy(keyPath),
-                                                         win32::BString::copy(valueName)))
-                                  .release();
+        win32::result(text);
+        const HKEY root = hiveOf(hive);
+        const std::wstring path = win32::BString::copy(keyPath), name = win32::BString::copy(valueName);
+        *text = exported([&](size_t largest) { return exportValue(root, path, name, largest); });
     });
 }
 

@@ -30,6 +30,10 @@ void FileServices::WriteTextFile(const std::wstring& path, const std::wstring& t
     check(object_->WriteTextFile(InString(path).get(), InString(text).get()));
 }
 
+void FileServices::WriteTextFile(const std::wstring& path, const BString& text) {
+    check(object_->WriteTextFile(InString(path).get(), text.get()));
+}
+
 FileServices::Bytes FileServices::ReadFileBytes(const std::wstring& path) {
     Bytes bytes;
     check(object_->ReadFileBytes(InString(path).get(), &bytes.array));

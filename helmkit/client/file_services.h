@@ -20,6 +20,8 @@ class FileServices {
     // One character for each byte.
     win32::BString ReadTextFile(const std::wstring& path);
     void WriteTextFile(const std::wstring& path, const std::wstring& text);
+    // The same without a copy of the text.
+    void WriteTextFile(const std::wstring& path, const win32::BString& text);
     // The file's bytes in a safe array that the caller owns; empty when the file cannot be read.
     struct Bytes {
         SAFEARRAY* array = nullptr;

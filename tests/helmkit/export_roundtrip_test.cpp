@@ -53,7 +53,7 @@ struct Roundtrip {
 
     // What came back, after everything below the base key was exported, wiped and imported.
     Contents exportedWipedImported() {
-        const reg::File file = reg::read(helmkit::exportKey(HKEY_LOCAL_MACHINE, base));
+        const reg::File file = reg::read(helmkit::exportKey(HKEY_LOCAL_MACHINE, base).text());
         REQUIRE(win32::deleteKeyTree(HKEY_LOCAL_MACHINE, base) == ERROR_SUCCESS);
         import(file);
         return contentsOf(base);
@@ -134,7 +134,7 @@ TEST_CASE_FIXTURE(Roundtrip, "names that cannot be written are left out and name
     registry.setCounted(HKEY_LOCAL_MACHINE, base, std::wstring_view(L"a\0b", 3), REG_SZ,
                         win32::bytesOf(L"y"));
     registry.setString(HKEY_LOCAL_MACHINE, base + L"\\key\nbreak", L"v", L"x");
-    const reg::File file = reg::read(helmkit::exportKey(HKEY_LOCAL_MACHINE, base));
+    const reg::File file = reg::read(helmkit::exportKey(HKEY_LOCAL_MACHINE, base).text());
     CHECK(file.omissions.size() == 3);
     REQUIRE(file.keys.size() == 1);
     REQUIRE(file.keys[0].values.size() == 1);

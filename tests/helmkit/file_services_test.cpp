@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 
+#include "tests/support/memory_shortage.h"
 #include "tests/support/objects.h"
 #include "tests/support/temp_folder.h"
 #include "win32/base/flavour.h"
@@ -71,6 +72,23 @@ TEST_CASE_FIXTURE(Files, "writing replaces a file completely and leaves nothing 
     CHECK(write(path, L"") == S_OK);
     CHECK(TempFolder::read(path) == "");
     CHECK(folder.count() == 1);
+}
+
+TEST_CASE_FIXTURE(Files, "a long text is written piece by piece, no character torn apart") {
+    const std::wstring path = folder.file(L"long.txt"), pair = L"\xD83D\xDE00";
+    const size_t piece = 1 << 16;
+    std::wstring text(piece - 1, L'a');
+    text += pair + std::wstring(piece - 2, L'\xE9') + L"\x20AC" + std::wstring(40 * piece, L'b');
+    const win32::BString given(text);
+    MemoryPeak peak;
+    CHECK(services->WriteTextFile(bs(path).get(), given.get()) == S_OK);
+    CHECK(peak.bytes() < 4 * piece);
+    // What the code page makes of the pair, whether one character or two, is not what is asked here.
+    const std::string expected = std::string(piece - 1, 'a') + win32::toAnsi(pair) +
+                                 std::string(piece - 2, '\xE9') + win32::toAnsi(L"\x20AC") +
+                                 std::string(40 * piece, 'b');
+    const bool isSame = TempFolder::read(path) == expected;
+    CHECK(isSame);
 }
 
 TEST_CASE_FIXTURE(Files, "a read-only file is refused and stays as it was") {

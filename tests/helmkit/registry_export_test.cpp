@@ -3,6 +3,7 @@
 #include <doctest/doctest.h>
 
 #include "helmkit/registry_access.h"
+#include "tests/support/memory_shortage.h"
 #include "tests/support/objects.h"
 #include "tests/support/processor_time.h"
 #include "tests/support/registry_fixture.h"
@@ -22,9 +23,9 @@ bool isWide() {
 struct Export : RegistryFixture {
     ScriptedDesktop desktop;
 
-    std::wstring key(const std::wstring& path) { return helmkit::exportKey(hklm, path); }
+    std::wstring key(const std::wstring& path) { return helmkit::exportKey(hklm, path).text(); }
     std::wstring value(const std::wstring& path, const std::wstring& name) {
-        return helmkit::exportValue(hklm, path, name);
+        return helmkit::exportValue(hklm, path, name).text();
     }
     // The line of one value: what follows its key's header.
     std::wstring line(const std::wstring& name) {
@@ -63,7 +64,8 @@ TEST_CASE_FIXTURE(Export, "what is missing gives no text") {
 
 TEST_CASE_FIXTURE(Export, "roots have their long names") {
     setString(HKEY_CURRENT_USER, L"k", L"v", L"1");
-    CHECK(helmkit::exportKey(HKEY_CURRENT_USER, L"k") == L"\r\n[HKEY_CURRENT_USER\\k]\r\n\"v\"=\"1\"\r\n");
+    CHECK(helmkit::exportKey(HKEY_CURRENT_USER, L"k").text() ==
+          L"\r\n[HKEY_CURRENT_USER\\k]\r\n\"v\"=\"1\"\r\n");
 }
 
 TEST_CASE_FIXTURE(Export, "expandable strings go as the bytes of this family's header") {
@@ -172,4 +174,46 @@ TEST_CASE_FIXTURE(Export, "many and large values take a time that nobody notices
     MESSAGE("exported characters: " << text.size() << ", ms: " << took);
     CHECK(text.size() > 7000000);
     CHECK(took < 10000);
+}
+
+TEST_CASE_FIXTURE(Export, "a large value takes its text and little more, whatever its type") {
+    const size_t size = 4 << 20;
+    setString(hklm, L"k", L"small", L"1");
+    SUBCASE("bytes") {
+        setBytes(hklm, L"k", L"large", REG_BINARY, std::string(size, 'x'));
+    }
+    SUBCASE("a text that quotes carry") {
+        setString(hklm, L"k", L"large", std::wstring(size / 2 - 1, L'x'));
+    }
+    SUBCASE("a text that quotes cannot carry") {
+        setBytes(hklm, L"k", L"large", REG_SZ, std::string(size, '\0'));
+    }
+    if (valueCount(hklm, L"k") == 1) return;
+    MemoryPeak peak;
+    const helmkit::TextPieces text = helmkit::exportKey(hklm, L"k");
+    const size_t textSize = text.length() * sizeof(wchar_t);
+    CHECK(text.length() > size / 2);
+    // In the ANSI flavour a text is converted from the code page.
+    CHECK(peak.bytes() < textSize + size + (isWide() ? size / 4 : 3 * size));
+}
+
+TEST_CASE_FIXTURE(Export, "a value that memory is short for is left out by name, all else is written") {
+    setString(hklm, L"k", L"a", L"1");
+    setBytes(hklm, L"k", L"large", REG_BINARY, std::string(8 << 20, 'x'));
+    setBytes(hklm, L"k", L"wide", REG_BINARY, std::string(1 << 20, 'x'));
+    setString(hklm, L"k", L"z", L"2");
+    setString(hklm, L"k\\sub", L"s", L"3");
+    const std::wstring expected =
+        L"\r\n[HKEY_LOCAL_MACHINE\\k]\r\n"
+        L"\"a\"=\"1\"\r\n"
+        L"; not exported: [HKEY_LOCAL_MACHINE\\k] \"large\"\r\n"
+        L"; not exported: [HKEY_LOCAL_MACHINE\\k] \"wide\"\r\n"
+        L"\"z\"=\"2\"\r\n"
+        L"\r\n[HKEY_LOCAL_MACHINE\\k\\sub]\r\n"
+        L"\"s\"=\"3\"\r\n";
+    MemoryShortage shortage(2 << 20);
+    CHECK(key(L"k") == expected);
+    CHECK(shortage.wasFelt());
+    CHECK(line(L"wide") == L"; not exported: [HKEY_LOCAL_MACHINE\\k] \"wide\"\r\n");
+    CHECK(line(L"z") == L"\"z\"=\"2\"\r\n");
 }

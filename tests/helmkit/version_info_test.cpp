@@ -140,6 +140,26 @@ TEST_CASE_FIXTURE(Versions, "a file without strings, a missing one and an empty 
     CHECK_FALSE(win32::VersionResource(folder.path()).string(name));
 }
 
+TEST_CASE("strings belong to a file that is named in full, never to one that a search would find") {
+    for (const wchar_t* path :
+         {L"shell32", L"shell32.dll", L"SHELL32.DLL", L".\\shell32.dll", L"shell32.dll\\", L"C:shell32.dll",
+          L"\\windows\\system32\\shell32.dll", L"system32\\shell32.dll"}) {
+        CAPTURE(std::wstring(path));
+        CHECK_FALSE(win32::VersionResource(path).string(L"CompanyName"));
+    }
+}
+
+TEST_CASE_FIXTURE(Versions, "a file without extension does not borrow the strings of the library beside it") {
+    path = folder.file(L"tool.dll");
+    give(block(english, {{L"040904b0", {{name, L"Library"}}}}));
+    CHECK(string(name) == L"Library");
+    TempFolder::write(folder.file(L"tool"), "no program");
+    CHECK_FALSE(win32::VersionResource(folder.file(L"tool")).string(name));
+    CHECK_FALSE(win32::VersionResource(folder.file(L"gone\\..\\other")).string(name));
+    ::CopyFileW(path.c_str(), folder.file(L"other").c_str(), FALSE);
+    CHECK(win32::VersionResource(folder.file(L"other")).string(name) == L"Library");
+}
+
 TEST_CASE_FIXTURE(Versions, "blocks that are cut short or overlong do no harm") {
     std::string whole = block(english, {{L"040904b0", {{name, L"Editor"}}}});
     for (size_t size = 0; size < whole.size(); size += 7) {

@@ -86,3 +86,24 @@ TEST_CASE("tables are asked in order, none twice") {
     CHECK((win32::tableOrder({}, 0x0407, {L"041904b0"}) ==
            Keys{L"040904b0", L"040904e4", L"04090000", L"000004b0", L"000004e4", L"00000000", L"041904b0"}));
 }
+
+TEST_CASE("a block that names thousands of tables gets a hundred of each kind asked, the user's among them") {
+    std::vector<win32::Translation> named;
+    Keys walked;
+    for (uint16_t i = 0; i < 16000; ++i) {
+        named.push_back({static_cast<uint16_t>(0x4000 + i), 1200});
+        walked.push_back(L"table" + std::to_wstring(i));
+    }
+    named.back().language = 0x0407;
+    const Keys order = win32::tableOrder(named, 0x0407, walked);
+    CHECK(order.size() == 100 + 2 * 100 + 6 + 100);
+    CHECK(order.front() == L"040704b0");
+    CHECK(order[1] == L"400704b0");
+    CHECK(order.back() == L"table99");
+}
+
+TEST_CASE("a block full of tables is walked in linear time") {
+    std::string tables;
+    while (tables.size() < 60000) tables += node(L"", "", "");
+    CHECK(win32::stringTableKeys(block(node(L"StringFileInfo", "", tables))).size() == tables.size() / 8);
+}

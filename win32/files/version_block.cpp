@@ -1,6 +1,7 @@
 #include "win32/files/version_block.h"
 
 #include <algorithm>
+#include <unordered_set>
 
 #include "win32/base/ascii.h"
 #include "win32/base/hex.h"
@@ -12,6 +13,10 @@ namespace {
 
 const size_t headerSize = 6;
 const size_t longestKey = 64;
+
+// Each table costs Windows a walk through the block. The largest files in many languages name some forty.
+const size_t mostTranslations = 100;
+const size_t mostWalked = 100;
 
 size_t aligned(size_t offset) {
     return (offset + 3) & ~size_t{3};
@@ -52,9 +57,9 @@ std::wstring tableKey(unsigned language, unsigned codePage) {
 class Order {
   public:
     void add(const std::wstring& key) {
-        bool isKnown = std::any_of(keys.begin(), keys.end(),
-                                   [&](auto& known) { return sameIgnoringAsciiCase(known, key); });
-        if (!isKnown) keys.push_back(key);
+        std::wstring inLowerCase = key;
+        std::transform(key.begin(), key.end(), inLowerCase.begin(), loweredAscii);
+        if (known_.insert(inLowerCase).second) keys.push_back(key);
     }
     void add(unsigned language, unsigned codePage) { add(tableKey(language, codePage)); }
     // Unicode, Western Windows, neutral: what resource compilers write.
@@ -62,6 +67,9 @@ class Order {
         for (unsigned codePage : {1200u, 1252u, 0u}) add(language, codePage);
     }
     std::vector<std::wstring> keys;
+
+  private:
+    std::unordered_set<std::wstring> known_;  // in lower case
 };
 
 }  // namespace
@@ -97,13 +105,14 @@ std::vector<std::wstring> tableOrder(std::vector<Translation> translations, uint
     auto isKindred = [&](const Translation& t) { return (t.language & primary) == (userLanguage & primary); };
     auto rest = std::stable_partition(translations.begin(), translations.end(), isUsers);
     std::stable_partition(rest, translations.end(), isKindred);
+    if (translations.size() > mostTranslations) translations.resize(mostTranslations);
 
     Order order;
     for (const Translation& t : translations) order.add(t.language, t.codePage);
     for (const Translation& t : translations) order.addCodePages(t.language);
     order.addCodePages(0x0409);
     order.addCodePages(0);
-    for (const std::wstring& key : walked) order.add(key);
+    for (size_t i = 0; i < walked.size() && i < mostWalked; ++i) order.add(walked[i]);
     return order.keys;
 }
 

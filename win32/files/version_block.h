@@ -24,7 +24,8 @@ struct Translation {
 std::vector<Translation> translationsOf(std::string_view bytes);
 
 // The tables in the order to ask them, none twice: the translations (those of the user's language first), the
-// same languages with other code pages, English, neutral, and last the tables found by walking.
+// same languages with other code pages, English, neutral, and last the tables found by walking. A block can
+// name thousands: of the translations, in this order, and of the tables walked to, 100 each are taken.
 std::vector<std::wstring> tableOrder(std::vector<Translation> translations, uint16_t userLanguage,
                                      const std::vector<std::wstring>& walked);
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "win32/base/flavour.h"
+#include "win32/base/path.h"
 #include "win32/files/files.h"
 #include "win32/files/version_block.h"
 
@@ -17,17 +18,25 @@ const DWORD largestBlock = 1 << 20;
 // 64 KiB further on. Behind each block there is that much room.
 const size_t roomBehind = 3 << 16;
 
+// Windows opens the file as LoadLibrary would: a name without a folder is searched for, and one without an
+// extension means the library of that name, unless it ends with a point.
+std::wstring asOpened(const std::wstring& path) {
+    const size_t name = path.find_last_of(L"\\/") + 1;
+    return path.find(L'.', name) == std::wstring::npos ? path + L'.' : path;
+}
+
 OwnedPages readBlock(const std::wstring& path, size_t& room) {
-    if (path.empty() || !isExactName(path)) return {};
+    if (!isFullPath(path) || !fileExists(path)) return {};
     NoFileRedirection off;
     return withFlavour([&](auto f) {
+        const std::wstring file = asOpened(path);
         DWORD ignored = 0;
-        DWORD size = f.getFileVersionInfoSize(f.in(path), &ignored);
+        DWORD size = f.getFileVersionInfoSize(f.in(file), &ignored);
         if (size == 0 || size > largestBlock) return OwnedPages();
         room = size + roomBehind;
         // Pages of zeros, of which only those that are touched cost anything.
         OwnedPages block(::VirtualAlloc(nullptr, room, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-        bool isRead = block && f.getFileVersionInfo(f.in(path), DWORD{0}, size, block.get());
+        bool isRead = block && f.getFileVersionInfo(f.in(file), DWORD{0}, size, block.get());
         return isRead ? std::move(block) : OwnedPages();
     });
 }

@@ -14,7 +14,7 @@ namespace win32 {
 class VersionResource {
   public:
     // Reads the file's version block once. A file that is missing or has none gives an object without
-    // strings.
+    // strings, and so does any text but a full path that is a file: Windows would search for it.
     explicit VersionResource(const std::wstring& path, LANGID userLanguage = ::GetUserDefaultLangID());
 
     // The string of that name (letter case does not matter) up to its first NUL, from the first table where

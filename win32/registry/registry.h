@@ -39,7 +39,7 @@ class RegistryKey {
     void close() { key_.reset(); }
 
     // The name at a position, in the registry's own order; ERROR_NO_MORE_ITEMS after the last. Names are
-    // given as they are, also those that the operations below refuse.
+    // given as they are, also those that the operations below refuse. On failure a value's data is anything.
     LONG subkeyAt(DWORD position, std::wstring& name) const;
     LONG valueNameAt(DWORD position, std::wstring& name) const;
     LONG valueAt(DWORD position, std::wstring& name, RegistryValue& value) const;

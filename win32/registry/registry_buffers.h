@@ -42,13 +42,12 @@ LONG readName(std::wstring& name, Ask ask) {
     return error;
 }
 
-// Data of any length. The size that a call reports is used only as far as the buffer goes, and only on
-// success: Windows 9x leaves the size of a missing value untouched.
+// Data of any length; what is long is read in the value's own room. The size that a call reports is used only
+// as far as the buffer goes, and only on success: Windows 9x leaves the size of a missing value untouched.
 template <class Ask>
 LONG readData(RegistryValue& value, bool isWide, Ask ask) {
     const int attempts = 24;
     BYTE small[1024];
-    std::string large;
     BYTE* bytes = small;
     DWORD room = sizeof small;
     for (int i = 0; i < attempts; ++i) {
@@ -56,13 +55,19 @@ LONG readData(RegistryValue& value, bool isWide, Ask ask) {
         LONG error = ask(bytes, &size, &type);
         if (error == ERROR_SUCCESS) {
             value.type = type;
-            value.data.assign(reinterpret_cast<char*>(bytes), std::min(size, room));
+            if (bytes == small) {
+                value.data.assign(reinterpret_cast<char*>(bytes), std::min(size, room));
+            } else {
+                value.data.resize(std::min(size, room));
+            }
             if (!isWide) value.data = wideData(type, std::move(value.data));
         }
         if (error != ERROR_MORE_DATA) return error;
         room = std::max(size, 2 * room);
-        large.resize(room);
-        bytes = reinterpret_cast<BYTE*>(large.data());
+        // Without what stood there, which growing would copy.
+        if (value.data.capacity() < room) value.data = std::string();
+        value.data.resize(room);
+        bytes = reinterpret_cast<BYTE*>(value.data.data());
     }
     return ERROR_MORE_DATA;
 }
