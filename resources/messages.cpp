@@ -1,14 +1,18 @@
 #include "resources/messages.h"
 
 #include "helmkit/client/shared_services.h"
-#include "helmkit/client/system_services.h"
+#include "resources/box_text.h"
+#include "win32/base/flavour.h"
 #include "win32/system/desktop.h"
 #include "win32/system/resources.h"
 #include "win32/windows/window.h"
 
 namespace resources {
 
-std::wstring messageText(int number, const std::vector<std::wstring>& arguments) {
+std::wstring messageText(int number, std::vector<std::wstring> arguments) {
+    for (std::wstring& argument : arguments) {
+        argument = boxText(argument, win32::flavour() == win32::Flavour::ansi);
+    }
     return helmkit::systemServices().FormatMessage(win32::loadString(number), arguments);
 }
 

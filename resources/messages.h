@@ -14,8 +14,8 @@ constexpr UINT exclamation = MB_ICONEXCLAMATION;
 constexpr UINT exclamationOkCancel = MB_ICONEXCLAMATION | MB_OKCANCEL;
 constexpr UINT informationBox = MB_ICONINFORMATION;
 
-// Entry `number` of the string table with %1 and so on filled in.
-std::wstring messageText(int number, const std::vector<std::wstring>& arguments = {});
+// Entry `number` of the string table with %1 and so on filled in, each as a box may show it (box_text.h).
+std::wstring messageText(int number, std::vector<std::wstring> arguments = {});
 
 // Shows it, owned by the top-level window that holds `window`; gives back the button pressed.
 int showMessage(HWND window, int number, UINT style, const std::vector<std::wstring>& arguments = {});
