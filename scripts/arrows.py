@@ -15,7 +15,8 @@ PICTURE = TOP / 'docs' / 'images' / 'architecture.svg'
 
 # folder: the folders whose headers it may include, beside its own.
 ARROWS = {
-    'app': 'startup support files resources helmkit/client win32/com win32/windows win32/files win32/system win32/base',
+    'app': 'startup support files resources helmkit/client win32/com win32/windows win32/registry win32/files win32/system '
+           'win32/base',
     'startup': 'files resources helmkit/client win32/windows win32/files win32/system win32/base',
     'support': 'resources helmkit/client win32/com win32/windows win32/files win32/system win32/base',
     'files': 'helmkit/client win32/files win32/system win32/base',

@@ -67,8 +67,12 @@ std::wstring expandEnvironment(const std::wstring& text) {
 
 std::wstring windowsFolder() {
     return withFlavour([]<class F>(F f) {
-        return filled<F>(MAX_PATH,
-                         [&](auto* buffer, DWORD room) { return f.getWindowsDirectory(buffer, room); });
+        using GetFolder = UINT(WINAPI*)(typename F::Char*, UINT);
+        static const auto getSystemFolder = systemProcedure<GetFolder>(
+            L"kernel32.dll", f.isWide ? "GetSystemWindowsDirectoryW" : "GetSystemWindowsDirectoryA");
+        return filled<F>(MAX_PATH, [&](auto* buffer, DWORD room) {
+            return getSystemFolder ? getSystemFolder(buffer, room) : f.getWindowsDirectory(buffer, room);
+        });
     });
 }
 

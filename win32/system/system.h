@@ -23,7 +23,9 @@ bool isRedirected();
 // function of Windows stops at 32767 characters.
 std::wstring expandEnvironment(const std::wstring& text);
 
-// Without a backslash at the end, except for the root of a drive.
+// Without a backslash at the end, except for the root of a drive. The Windows folder is the system's own also
+// on a terminal server, where GetWindowsDirectory may tell one of the user's (GetSystemWindowsDirectory,
+// Windows 2000 on).
 std::wstring windowsFolder();
 std::wstring systemFolder();
 
