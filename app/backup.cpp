@@ -1,13 +1,12 @@
 #include "app/backup.h"
 
 #include "app/trap.h"
+#include "files/registry_file.h"
 #include "helmkit/client/file_services.h"
 #include "helmkit/client/registry_access.h"
 #include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
 #include "resources/messages.h"
-#include "win32/base/text.h"
-#include "win32/base/utf16_bytes.h"
 #include "win32/system/date_time.h"
 #include "win32/system/desktop.h"
 
@@ -71,15 +70,6 @@ std::wstring exportBody() {
     return body;
 }
 
-// Registry editors of Windows 95, 98 and Me read only the ANSI form, those of the NT family from 2000 on also
-// the UTF-16 one. Texts are handed on as one character per byte, which is how they are written.
-std::wstring fileContents(const std::wstring& body) {
-    if (!win32::isNtFamily()) return win32::bytesAsText(win32::toAnsi(L"REGEDIT4\r\n" + body));
-    const std::wstring byteOrderMark = L"\xFEFF";
-    return win32::bytesAsText(
-        win32::bytesOf(byteOrderMark + L"Windows Registry Editor Version 5.00\r\n" + body));
-}
-
 }  // namespace
 
 void writeBackup(const helmkit::Logger& logger, const std::wstring& programFolder) {
@@ -87,12 +77,12 @@ void writeBackup(const helmkit::Logger& logger, const std::wstring& programFolde
         const std::wstring folder = programFolder + L"\\Backup";
         helmkit::fileServices().CreateFolder(folder);
         const std::wstring body = exportBody();
+        const std::wstring file = helmkit::systemServices().FormatMessage(
+            L"%1\\Backup %2.reg", {folder, win32::fileNameDateTime(win32::desktop().localTime())});
+        files::writeRegistryFile(file, body);
         reportOmissions(body, [&](const std::wstring& omission) {
             logger.WriteLog(0, omission, helmkit::caughtError, source(L".BackupRegistry"));
         });
-        const std::wstring file = helmkit::systemServices().FormatMessage(
-            L"%1\\Backup %2.reg", {folder, win32::fileNameDateTime(win32::desktop().localTime())});
-        helmkit::fileServices().WriteTextFile(file, fileContents(body));
     });
 }
 

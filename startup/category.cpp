@@ -15,7 +15,8 @@ StartupItemList Category::EnumItems(const helmkit::Logger& log) const {
     return list;
 }
 
-Category::Deletion Category::deleteItem(const StartupItem&, const std::wstring&) const {
+Category::Deletion Category::deleteItem(const StartupItem&, const std::wstring&,
+                                        const helmkit::Logger&) const {
     return {.succeeded = false, .logLine = {}};
 }
 

@@ -31,10 +31,11 @@ class Category {
         std::wstring logLine;  // written whether it succeeded or not; none when empty
         std::wstring logSource = {};
     };
-    // Removes the entry, without asking. `rowText` is its name as the user saw it. A status other than
-    // success is returned; what the category does not expect is thrown. The default removes nothing and
-    // fails.
-    virtual Deletion deleteItem(const StartupItem& item, const std::wstring& rowText) const;
+    // Removes the entry, without asking. `rowText` is its name as the user saw it; `log` gets what goes wrong
+    // beside the deletion itself. A status other than success is returned; what the category does not expect
+    // is thrown. The default removes nothing and fails.
+    virtual Deletion deleteItem(const StartupItem& item, const std::wstring& rowText,
+                                const helmkit::Logger& log) const;
 
   protected:
     // `design` is kept as a reference.

@@ -1,10 +1,13 @@
 #include "startup/ucOther.h"
 
+#include <optional>
+
 #include "files/explorer.h"
 #include "helmkit/client/registry_access.h"
 #include "startup/enumeration.h"
 #include "startup/read_place.h"
 #include "startup/restore_place.h"
+#include "startup/way_back.h"
 
 namespace startup {
 
@@ -58,7 +61,8 @@ DeletionMessages ucOther::messagesFor(const StartupItem& item) const {
     return isFolder(item) ? folderMessages : Category::messagesFor(item);
 }
 
-Category::Deletion ucOther::deleteItem(const StartupItem& item, const std::wstring& rowText) const {
+Category::Deletion ucOther::deleteItem(const StartupItem& item, const std::wstring& rowText,
+                                       const helmkit::Logger& log) const {
     const SpecialPlace& place = specialPlace(item.place());
     helmkit::RegistryAccess registry;
     if (isFolder(item)) {
@@ -66,8 +70,24 @@ Category::Deletion ucOther::deleteItem(const StartupItem& item, const std::wstri
         files::startExplorer(startupFolder(registry, place));
         return {.succeeded = true, .logLine = {}};
     }
-    restorePlace(registry, place, files::GetWindowsFolders());
-    return {.succeeded = true, .logLine = L"Restored: " + rowText, .logSource = source(L".cmdDelete_Click")};
+    const Deletion restored = {
+        .succeeded = true, .logLine = L"Restored: " + rowText, .logSource = source(L".cmdDelete_Click")};
+    const files::WindowsFolders folders = files::GetWindowsFolders();
+    std::optional<WayBack> wayBack;
+    helmkit::trapped(log, restored.logSource, [&] { wayBack.emplace(registry, place, folders); });
+    const auto dropUnused = [&] {
+        helmkit::trapped(log, restored.logSource, [&] {
+            if (wayBack) wayBack->dropIfUnchanged(registry);
+        });
+    };
+    try {
+        restorePlace(registry, place, folders);
+    } catch (...) {
+        dropUnused();
+        throw;
+    }
+    dropUnused();
+    return restored;
 }
 
 }  // namespace startup

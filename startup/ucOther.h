@@ -12,8 +12,10 @@ class ucOther : public Category {
     ucOther();
 
     DeletionMessages messagesFor(const StartupItem& item) const override;
-    // Throws when Windows refuses.
-    Deletion deleteItem(const StartupItem& item, const std::wstring& rowText) const override;
+    // Throws when Windows refuses. What the place holds is kept first (startup/way_back.h); where that fails,
+    // a log line says so and the place is set back all the same.
+    Deletion deleteItem(const StartupItem& item, const std::wstring& rowText,
+                        const helmkit::Logger& log) const override;
 
   protected:
     void enumerate(Enumeration& run) const override;

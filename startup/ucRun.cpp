@@ -96,7 +96,8 @@ void ucRun::enumerate(Enumeration& run) const {
     for (LONG hive : policyHives) fillPolicyItemInfo(run, hive);
 }
 
-Category::Deletion ucRun::deleteItem(const StartupItem& item, const std::wstring&) const {
+Category::Deletion ucRun::deleteItem(const StartupItem& item, const std::wstring&,
+                                     const helmkit::Logger&) const {
     const LONG hive = item.hive();
     const std::wstring keyPath = item.keyPath(), file = item.file();
     int32_t size = 0;

@@ -9,7 +9,8 @@ class ucRun : public Category {
   public:
     ucRun();
 
-    Deletion deleteItem(const StartupItem& item, const std::wstring& rowText) const override;
+    Deletion deleteItem(const StartupItem& item, const std::wstring& rowText,
+                        const helmkit::Logger& log) const override;
 
   protected:
     void enumerate(Enumeration& run) const override;

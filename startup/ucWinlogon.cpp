@@ -57,7 +57,8 @@ void ucWinlogon::enumerate(Enumeration& run) const {
     }
 }
 
-Category::Deletion ucWinlogon::deleteItem(const StartupItem& item, const std::wstring& rowText) const {
+Category::Deletion ucWinlogon::deleteItem(const StartupItem& item, const std::wstring& rowText,
+                                          const helmkit::Logger&) const {
     const std::wstring line = helmkit::systemServices().FormatMessage(
         L"Deleting Winlogon('%1', '%2', '%3')", {item.entryName(), rowText, item.file()});
     const LONG status = helmkit::RegistryAccess().DeleteKey(HKLM, packageKey(item.entryName()));

@@ -9,7 +9,8 @@ class ucWinlogon : public Category {
   public:
     ucWinlogon();
 
-    Deletion deleteItem(const StartupItem& item, const std::wstring& rowText) const override;
+    Deletion deleteItem(const StartupItem& item, const std::wstring& rowText,
+                        const helmkit::Logger& log) const override;
 
     // The events that a package asks for, in a fixed order, joined by ", "; empty for none. Nothing shows it.
     static std::wstring eventsSummary(const std::wstring& subkey);

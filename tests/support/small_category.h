@@ -18,7 +18,8 @@ class ucSmall : public startup::Category {
 
     static constexpr wchar_t key[] = L"Software\\Small";
 
-    Deletion deleteItem(const startup::StartupItem& item, const std::wstring& rowText) const override {
+    Deletion deleteItem(const startup::StartupItem& item, const std::wstring& rowText,
+                        const helmkit::Logger&) const override {
         const LONG status = helmkit::RegistryAccess().DeleteValue(helmkit::HKLM, key, item.entryName());
         return {.succeeded = status == ERROR_SUCCESS, .logLine = L"Small: " + rowText};
     }

@@ -56,9 +56,9 @@ TEST_CASE_FIXTURE(Windowless, "all four categories are listed and emptied with a
           static_cast<const startup::Category*>(&places)}) {
         const startup::StartupItem item = category->EnumItems(logger).items().at(0);
         CHECK_FALSE(startup::Category::isProtected(item));
-        CHECK(category->deleteItem(item, item.name()).succeeded);
+        CHECK(category->deleteItem(item, item.name(), logger).succeeded);
     }
-    CHECK_FALSE(drivers.deleteItem(drivers.EnumItems(logger).items().at(0), L"s").succeeded);
+    CHECK_FALSE(drivers.deleteItem(drivers.EnumItems(logger).items().at(0), L"s", logger).succeeded);
     CHECK(names(general) == L"");
     CHECK(names(packages) == L"");
     const auto shell = places.EnumItems(logger).items();
