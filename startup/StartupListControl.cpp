@@ -125,7 +125,10 @@ void StartupListControl::lv_MouseUp() {
         if (hasFile) rows.push_back({mnuProperties, L"&Properties"});
         auto mnuContext = win32::createPopUpMenu(rows);
         auto& desktop = win32::desktop();
-        switch (desktop.popUpMenu(mnuContext.get(), desktop.cursorPosition(), handle())) {
+        const UINT command = desktop.popUpMenu(mnuContext.get(), desktop.cursorPosition(), handle());
+        // A refresh meanwhile may have emptied the list, a closing the page.
+        if (isGone() || currentItem_ == win32::ListView::none) return;
+        switch (command) {
             case mnuDelete:
                 return cmdDelete_Click();
             case mnuProperties:
@@ -157,8 +160,8 @@ void StartupListControl::deleteRow(int row) {
         messageBox(messages.refusal, resources::exclamation, text);
         return;
     }
-    if (messageBox(messages.confirmation, resources::exclamationOkCancel, text) != IDOK) return;
-    const Category::Deletion deletion = category_->deleteItem(item, text);
+    if (messageBox(messages.confirmation, resources::exclamationOkCancel, text) != IDOK || isGone()) return;
+    const Category::Deletion deletion = category_->deleteItem(item, text, log_);
     if (!deletion.logLine.empty()) {
         log_.WriteLog(0, deletion.logLine, helmkit::information, deletion.logSource);
     }
@@ -167,7 +170,7 @@ void StartupListControl::deleteRow(int row) {
     } else {
         messageBox(messages.failure, resources::exclamation, text);
     }
-    RefreshList();
+    if (!isGone()) RefreshList();
 }
 
 void StartupListControl::mnuProperties_Click() {

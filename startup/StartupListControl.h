@@ -42,6 +42,8 @@ class StartupListControl : public win32::TabPage {
     int rowOfPlace(LONG place) const;
     // Only the row's icon remembers that an entry is protected.
     bool isProtected(int row) const;
+    // The page may be destroyed while a message box or the pop-up menu lets messages run.
+    bool isGone() const { return !handle(); }
     int messageBox(int number, UINT style, const std::wstring& argument) const;
     void deleteRow(int row);
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -59,6 +60,8 @@ class ScriptedDesktop : public win32::Desktop {
     std::deque<bool> shellAnswers;
     size_t expectedFolders = 0;
     std::optional<win32::Error> shellFailure;  // thrown by every shell request
+    // What happens while a box or the pop-up menu is open, before it is answered.
+    std::function<void(const std::wstring& text)> whileOpen;
     SYSTEMTIME time = {2026, 11, 5, 20, 23, 35, 47, 123};
     DWORD ticks = 60000;
     DWORD windowsVersion = windowsXp;
@@ -73,10 +76,12 @@ class ScriptedDesktop : public win32::Desktop {
 
     int messageBox(HWND owner, const std::wstring& text, const std::wstring& title, UINT style) override {
         messageBoxes.push_back({owner, text, title, style});
+        if (whileOpen) whileOpen(text);
         return next(messageBoxAnswers, "message box", text);
     }
     UINT popUpMenu(HMENU menu, POINT position, HWND owner) override {
         popUps.push_back({captionsOf(menu), position, owner});
+        if (whileOpen) whileOpen({});
         return next(popUpAnswers, "pop-up menu", L"");
     }
     bool startProgram(const std::wstring& application, const std::wstring& commandLine) override {
