@@ -19,10 +19,10 @@ class HelmkitClasses {
     HelmkitClasses(const HelmkitClasses&) = delete;
     HelmkitClasses& operator=(const HelmkitClasses&) = delete;
 
-    void offer(REFCLSID clsid) {
+    void offer(REFCLSID clsid, const win32::ComModule& module = helmkit::comModule()) {
         win32::ComPtr<IUnknown> factory;
-        REQUIRE(win32::getClassObject(helmkit::comModule(), clsid, IID_IUnknown,
-                                      reinterpret_cast<void**>(factory.out())) == S_OK);
+        REQUIRE(win32::getClassObject(module, clsid, IID_IUnknown, reinterpret_cast<void**>(factory.out())) ==
+                S_OK);
         DWORD cookie = 0;
         REQUIRE(::CoRegisterClassObject(clsid, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
                                         &cookie) == S_OK);
