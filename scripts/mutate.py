@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
 """Puts small random faults into the product and tells which of them the tests notice:
 
-    scripts/mutate.py [--seed N] [--count N] [--jobs N] [--again] [--only TEXT] [--list] [FOLDER ...]
+    scripts/mutate.py [--seed N] [--count N] [--jobs N] [--quick] [--again] [--only TEXT] [--list] [FOLDER ...]
 
 Each mutant is put into a copy of the tree under build/mutation, built there and held against the quickest tests that can
 see it, then against the others, until one fails. Results go to build/mutation/results.jsonl, and the same seed goes on
-where it was left. --again tries the survivors of the seed once more; --only takes the mutants whose line, as it stands or
+where it was left. --quick leaves out what takes long: the uploads, the 64-bit build and the walk, so that of its survivors
+some may be noticed all the same. --again tries the survivors of the seed once more; --only takes the mutants whose line, as it stands or
 as it would be, holds the text; --list tries nothing. tests/mutation/equivalents.tsv names mutants that are the same
 program. Ends with 0 when at least 95 of 100 were caught at their first trial.
 """
@@ -27,7 +28,7 @@ from mutation.equivalents import Equivalents  # noqa: E402
 from mutation.mutants import mutants_of_folders  # noqa: E402
 from mutation.running import end_all  # noqa: E402
 from mutation.scratch import Builder, Tree, Windows  # noqa: E402
-from mutation.stages import stages  # noqa: E402
+from mutation.stages import Late, stages  # noqa: E402
 from mutation.trial import tried  # noqa: E402
 
 FOLDERS = ['app', 'startup', 'files', 'helmkit', 'support', 'plugin', 'win32']
@@ -40,6 +41,7 @@ def options_of():
     parser.add_argument('--seed', type=int, default=1)
     parser.add_argument('--count', type=int, default=100)
     parser.add_argument('--jobs', type=int, default=os.cpu_count())
+    parser.add_argument('--quick', action='store_true')
     parser.add_argument('--again', action='store_true')
     parser.add_argument('--only')
     parser.add_argument('--list', action='store_true')
@@ -60,9 +62,10 @@ class Worker(threading.Thread):
     """Takes mutants until there are none, in a tree of its own."""
     lock = threading.Lock()
 
-    def __init__(self, number, todo, results):
+    def __init__(self, number, todo, results, quick):
         super().__init__(daemon=True)
         self.folder, self.todo, self.results = WORK / str(number), todo, results
+        self.quick = quick
         self.failure = None
 
     def run(self):
@@ -80,6 +83,8 @@ class Worker(threading.Thread):
         with self.lock:
             tree = Tree(TOP, self.folder / 'tree')
         parts = stages(tree, Builder(tree.folder, max(1, os.cpu_count() // 2)), windows)
+        if self.quick:
+            parts = [stage for stage in parts if not isinstance(stage, Late)]
         for stage in parts:
             stage.prepare()
         while True:
@@ -101,11 +106,11 @@ def told(mutant, outcome, *notes):
         print(f'    - {mutant.before}\n    + {mutant.after}', flush=True)
 
 
-def try_all(mutants, results, jobs):
+def try_all(mutants, results, options):
     todo = queue.Queue()
     for mutant in mutants:
         todo.put(mutant)
-    workers = [Worker(number, todo, results) for number in range(min(jobs, len(mutants)))]
+    workers = [Worker(number, todo, results, options.quick) for number in range(min(options.jobs, len(mutants)))]
     for worker in workers:
         worker.start()
     for worker in workers:
@@ -135,7 +140,7 @@ def main():
         subprocess.run(['bash', TOP / 'scripts' / 'wine-prefix.sh', 'has32'], check=True)
         subprocess.run([sys.executable, TOP / 'tests' / 'fixtures' / 'make.py', TOP / 'build' / 'fixtures'], check=True,
                        stdout=subprocess.DEVNULL)
-        try_all(todo, results, options.jobs)
+        try_all(todo, results, options)
     first, last = results.outcomes(mutants, 0), results.outcomes(mutants, -1)
     print('\n' + figures.told('first trial', first))
     if last != first:

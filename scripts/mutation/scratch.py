@@ -4,10 +4,10 @@ import shutil
 import subprocess
 import threading
 
-from .running import run
+from .running import Limits, run
 
-BUILD_LIMIT = 1200
-COPY_LIMIT = 120
+BUILD_LIMIT = Limits(3600)
+COPY_LIMIT = Limits(600)
 
 
 class Tree:
@@ -106,9 +106,9 @@ class Windows:
     def stop(self):
         run(['bash', self.script, 'stop', self.folder], COPY_LIMIT)
 
-    def run(self, command, limit, folder):
+    def run(self, command, limits, folder):
         self.making.join()
-        ran = run(['wine', *command], limit, self.environment, folder, end=self.stop)
+        ran = run(['wine', *command], limits, self.environment, folder, end=self.stop)
         if ran.code != 0:
             self.spoil()
         return ran

@@ -4,10 +4,13 @@ import sys
 import time
 from pathlib import PurePosixPath
 
-from .running import run
+from .running import Limits, run
+from .scratch import COPY_LIMIT
 
-ROOM = 4  # a mutant may take this much longer than the program itself, on a machine with other work
-LEAST = 30  # seconds
+# A mutant may take this much longer than the program itself; by the clock more, since the machine has other work.
+PROCESSOR_ROOM, CLOCK_ROOM = 4, 20
+LEAST = Limits(clock=300, processor=20)
+UNKNOWN = Limits(clock=3600)
 TEST_FOLDERS = ('tests/unit', 'tests/helmkit')
 
 
@@ -17,8 +20,8 @@ class Stage:
     def __init__(self, name, builder, preset, targets, programs, start):
         self.name, self.builder, self.preset, self.targets = name, builder, preset, targets
         self.programs = [builder.folder / 'build' / preset / program for program in programs]
-        self.start = start  # (limit, mutant) -> Ran, or None
-        self.limit, self.before = 600, None
+        self.start = start  # (limits, mutant) -> Ran, or None
+        self.limits, self.before = UNKNOWN, None
 
     def build(self):
         return self.builder.build(self.preset, self.targets).code == 0
@@ -36,13 +39,14 @@ class Stage:
             raise SystemExit(f'mutate: without a mutant {self.name} does not build:\n{done.output[-3000:]}')
         self.before = self.digests()
         began = time.monotonic()
-        ran = self.start(self.limit, None)
+        ran = self.start(self.limits, None)
         if ran is not None and ran.code != 0:
             raise SystemExit(f'mutate: without a mutant {self.name} does not pass:\n{ran.output[-3000:]}')
-        self.limit = max(LEAST, ROOM * (time.monotonic() - began))
+        self.limits = Limits(max(LEAST.clock, CLOCK_ROOM * (time.monotonic() - began)),
+                             max(LEAST.processor, PROCESSOR_ROOM * (ran.worked if ran else 0)))
 
     def run(self, mutant):
-        return self.start(self.limit, mutant)
+        return self.start(self.limits, mutant)
 
 
 class Late(Stage):
@@ -75,39 +79,39 @@ def related_tests(folder, file):
 
 
 def doctest(windows, program, folder, *arguments):
-    def start(limit, _):
-        return windows.run([str(program), '--no-colors=1', '--abort-after=1', *arguments], limit, folder)
+    def start(limits, _):
+        return windows.run([str(program), '--no-colors=1', '--abort-after=1', *arguments], limits, folder)
     return start
 
 
 def related(windows, program, folder):
-    def start(limit, mutant):
+    def start(limits, mutant):
         names = related_tests(folder, mutant.file) if mutant else []
         if not names:
             return None
         chosen = '--source-file=' + ','.join('*' + name for name in names)
-        return windows.run([str(program), '--no-colors=1', '--abort-after=1', '--flavour=wide', chosen], limit, folder)
+        return windows.run([str(program), '--no-colors=1', '--abort-after=1', '--flavour=wide', chosen], limits, folder)
     return start
 
 
 def native(folder):
     program = folder / 'build/native/tests/native/native_tests'
-    return lambda limit, _: run([str(program), '--no-colors=1', '--abort-after=1'], limit)
+    return lambda limits, _: run([str(program), '--no-colors=1', '--abort-after=1'], limits)
 
 
 def script(folder, windows, *command):
     """A part of the suite with Windows folders of its own."""
     environment = {**windows.environment, 'QUILLON_PROGRAM_X86': str(folder / 'build/x86/program')}
 
-    def start(limit, _):
-        return run([sys.executable, *command], limit, environment, folder, end=lambda: end_sessions(folder))
+    def start(limits, _):
+        return run([sys.executable, *command], limits, environment, folder, end=lambda: end_sessions(folder))
     return start
 
 
 def end_sessions(folder):
     for prefix in (folder / 'build' / 'wine').glob('*/system.reg'):
         if not prefix.parent.name.startswith('base'):
-            run(['bash', folder / 'scripts' / 'wine-prefix.sh', 'stop', prefix.parent], 60)
+            run(['bash', folder / 'scripts' / 'wine-prefix.sh', 'stop', prefix.parent], COPY_LIMIT)
 
 
 def stages(tree, builder, windows):
@@ -115,7 +119,7 @@ def stages(tree, builder, windows):
     x86, x64 = folder / 'build/x86', folder / 'build/x64'
     products = [f'program/{name}' for name in ('Quillon.exe', 'Helmkit.dll', 'QLNCustom.dll')]
     unit = ['tests/unit_tests.exe']
-    drivers = ['zip_driver', 'request_driver']
+    drivers = ['zip_driver', 'request_driver', 'zip_imports']
 
     def in_unit_tests(name, start):
         return Stage(name, builder, 'x86', ['unit_tests'], unit, start)

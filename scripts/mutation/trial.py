@@ -2,13 +2,16 @@
 import re
 import time
 
+DOCTEST_BLOCK = re.compile(r'^=+$', re.M)
 DOCTEST_CASE = re.compile(r'^TEST CASE:\s*(.*)$', re.M)
 FAILED_CASE = re.compile(r'^\s*(?:FAIL|ERROR) +(\S.*)$', re.M)
 
 
 def failing_test(output):
     """The name of what failed, as far as the output tells it."""
-    found = DOCTEST_CASE.search(output) or FAILED_CASE.search(output)
+    # A case that only tells something has a block as well.
+    failed = ''.join(block for block in DOCTEST_BLOCK.split(output) if 'ERROR' in block)
+    found = DOCTEST_CASE.search(failed) or FAILED_CASE.search(output)
     return found[1].strip() if found else output.strip().rsplit('\n', 1)[-1][:100]
 
 

@@ -8,7 +8,7 @@ from pathlib import Path
 from mutation import results as figures
 from mutation.equivalents import Equivalent, Equivalents
 from mutation.mutants import mutants_of
-from mutation.running import Ran, run
+from mutation.running import Limits, run
 from mutation.trial import held, tried
 
 TOP = Path(__file__).resolve().parents[2]
@@ -88,8 +88,8 @@ class Operators(unittest.TestCase):
 class Stage:
     """A part of the suite that runs a command of the machine."""
 
-    def __init__(self, name, code='', builds=True, changes=True, limit=30):
-        self.name, self.builds, self.changes, self.limit = name, builds, changes, limit
+    def __init__(self, name, code='', builds=True, changes=True, limits=Limits(30)):
+        self.name, self.builds, self.changes, self.limits = name, builds, changes, limits
         self.command = [sys.executable, '-c', code]
 
     def build(self):
@@ -99,12 +99,12 @@ class Stage:
         return self.changes
 
     def run(self, _):
-        return run(self.command, self.limit)
+        return run(self.command, self.limits)
 
 
 class Trials(unittest.TestCase):
     passes = Stage('passes')
-    fails = Stage('fails', 'print("TEST CASE:  the rule"); raise SystemExit(1)')
+    fails = Stage('fails', 'print("TEST CASE:  told\\na.cpp(1): MESSAGE: 3\\n====\\nTEST CASE:  the rule\\na.cpp(2): ERROR: no"); raise SystemExit(1)')
 
     def test_a_mutant_that_nothing_notices_survives(self):
         self.assertEqual(held(None, [self.passes, self.passes]), ('survived', '', ''))
@@ -113,7 +113,13 @@ class Trials(unittest.TestCase):
         self.assertEqual(held(None, [self.passes, self.fails]), ('killed', 'fails', 'the rule'))
 
     def test_what_takes_too_long_is_told_apart(self):
-        self.assertEqual(held(None, [Stage('hangs', 'import time; time.sleep(60)', limit=0.5)]), ('timeout', 'hangs', ''))
+        waits = Stage('waits', 'import time; time.sleep(60)', limits=Limits(0.5))
+        circles = Stage('circles', 'while True: pass', limits=Limits(60, 1))
+        self.assertEqual(held(None, [waits]), ('timeout', 'waits', ''))
+        self.assertEqual(held(None, [circles]), ('timeout', 'circles', ''))
+
+    def test_the_clock_alone_does_not_end_what_has_much_room(self):
+        self.assertEqual(held(None, [Stage('slow', 'import time; time.sleep(2)', limits=Limits(600, 1))])[0], 'survived')
 
     def test_what_does_not_compile(self):
         self.assertEqual(held(None, [Stage('compiled', builds=False), self.fails]), ('not compiled', 'compiled', ''))
@@ -140,7 +146,9 @@ class Trials(unittest.TestCase):
         self.assertEqual(steps, ['put', 'put back'])
 
     def test_a_run_gives_its_status_and_what_it_said(self):
-        self.assertEqual(run([sys.executable, '-c', 'print("said"); raise SystemExit(3)'], 30), Ran(3, 'said\n'))
+        ran = run([sys.executable, '-c', 'print("said"); raise SystemExit(3)'], Limits(30))
+        self.assertEqual((ran.code, ran.output), (3, 'said\n'))
+        self.assertGreater(ran.worked, 0)
 
 
 class Figures(unittest.TestCase):
