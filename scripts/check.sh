@@ -49,6 +49,9 @@ imports_are_checked() {
 asks_for_4_0() { wants_version 4 0 dist/x86/*.exe dist/x86/*.dll; }
 asks_for_5_2() { wants_version 5 2 dist/x64/*.exe dist/x64/*.dll; }
 
+# Boxes, menus and pages take the user's own font; a face named here might be missing on another Windows.
+no_named_faces() { ! sources "${product[@]}" win32 | xargs -0 grep -nE 'lfFaceName|FONT +[0-9]+,|CreateFont[AW]?\('; }
+
 no_machine_paths() { ! git grep -nIE '(^|[^A-Za-z0-9_.])/(home|work|Users)/[a-z.]' -- . ':!scripts/check.sh'; }
 
 rule 'sources are formatted' formatted
@@ -60,6 +63,7 @@ rule 'a program that imports GetTickCount64 is refused' imports_are_checked
 rule 'the 32-bit files ask for Windows 4.0' asks_for_4_0
 rule 'the 64-bit files ask for Windows 5.2' asks_for_5_2
 rule 'the manifests are as Windows XP to 11 want them' scripts/check-manifests.py dist/x86 dist/x64
+rule 'no font face is named' no_named_faces
 rule 'no path of a developer machine in the tree' no_machine_paths
 
 tell_rules
