@@ -5,19 +5,7 @@ set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 
 product=(app startup files support helmkit plugin resources)
-passed=0 failed=0
-
-rule() {
-    local name=$1
-    shift
-    if "$@"; then
-        passed=$((passed + 1))
-        printf 'ok    %s\n' "$name"
-    else
-        failed=$((failed + 1))
-        printf 'FAIL  %s\n' "$name"
-    fi
-}
+. scripts/rules.sh
 
 sources() { find "$@" \( -name '*.cpp' -o -name '*.h' \) -print0; }
 
@@ -56,16 +44,13 @@ imports_are_checked() {
     [[ $found == *'missing on Windows 98: kernel32.dll!GetTickCount64'* ]]
 }
 
-# An executable that asks for a newer subsystem is refused before its first instruction.
-subsystem_4() {
-    local file header
-    for file in dist/x86/*.exe dist/x86/*.dll; do
-        header=$(i686-w64-mingw32-objdump -p "$file")
-        grep -qE '^MajorSubsystemVersion[[:space:]]+4$' <<<"$header" && continue
-        printf '%s does not ask for subsystem version 4\n' "$file"
-        return 1
-    done
-}
+# An executable that asks for a newer system is refused before its first instruction. No 64-bit Windows for this processor
+# is older than 5.2.
+asks_for_4_0() { wants_version 4 0 dist/x86/*.exe dist/x86/*.dll; }
+asks_for_5_2() { wants_version 5 2 dist/x64/*.exe dist/x64/*.dll; }
+
+# Boxes, menus and pages take the user's own font; a face named here might be missing on another Windows.
+no_named_faces() { ! sources "${product[@]}" win32 | xargs -0 grep -nE 'lfFaceName|FONT +[0-9]+,|CreateFont[AW]?\('; }
 
 # Beside entries and exports, a source without a header of its name hides what it offers in another's.
 paired_names() {
@@ -88,11 +73,13 @@ rule 'no A or W function called outside win32/' no_flavour_calls
 rule 'the 32-bit files import what Windows 98 and 2000 have, what fails on 98 explained' imports_of_32bit
 rule 'the 64-bit files import what XP x64 has' imports_of_64bit
 rule 'a program that imports GetTickCount64 is refused' imports_are_checked
-rule 'the 32-bit files ask for subsystem 4.0' subsystem_4
+rule 'the 32-bit files ask for Windows 4.0' asks_for_4_0
+rule 'the 64-bit files ask for Windows 5.2' asks_for_5_2
+rule 'the manifests are as Windows XP to 11 want them' scripts/check-manifests.py dist/x86 dist/x64
+rule 'no font face is named' no_named_faces
 rule 'no include against the arrows between the folders (scripts/arrows.py)' scripts/arrows.py
 rule 'the picture of the folders is drawn from the same table' scripts/arrows.py --drawn
 rule 'header and source bear one name' paired_names
 rule 'no path of a developer machine in the tree' no_machine_paths
 
-printf '%d passed, %d failed, 0 skipped\n' "$passed" "$failed"
-[ "$failed" = 0 ]
+tell_rules

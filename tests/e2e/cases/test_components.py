@@ -48,3 +48,14 @@ class Components(Case):
         self.assertEqual(self.entries()[3], (0, 'FMain.Form_Initialize', abort, 'The plug-in will not start'))
         self.assertEqual([entry.level for entry in self.entries()].count(0), 1)
         self.assertEqual(self.entries('short.log'), self.entries()[3:4])
+
+    def test_the_example_plug_in(self):
+        """What went wrong is logged, what was found is not; the plug-in leaves the logs themselves as they are."""
+        self.prefix.put('C:\\Quillon\\QLNCustom.dll', paths.built(self.architecture, 'example_plugin', 'QLNCustom.dll'))
+        self.add_run('Gone', 'C:\\nowhere\\gone.exe')
+        (self.folder / 'Backup').write_text('no folder, so that the backup fails')
+        self.start()
+        entries = self.entries()
+        self.assertEqual([entry.level for entry in entries[:3]], [5, 5, 5])
+        self.assertEqual({entry.level for entry in entries[3:]}, {4}, self.log_texts())
+        self.assertTrue(self.program.rows('ucRun1'))

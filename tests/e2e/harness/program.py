@@ -54,7 +54,10 @@ class Program:
 
     def _main(self):
         assert self.running(), 'the program ended before its window was shown'
-        return next((window for window in self.windows() if window['class'] == 'QuillonMain'), None)
+        try:
+            return next((window for window in self.windows() if window['class'] == 'QuillonMain'), None)
+        except ProbeError:  # it does not answer yet
+            return None
 
     def wait_for_window(self):
         self.main = wait_for(self._main, 'the main window')
