@@ -1,5 +1,6 @@
 #include "helmkit/log_line.h"
 
+#include <algorithm>
 #include <iterator>
 
 #include "win32/base/utf8.h"
@@ -7,6 +8,8 @@
 namespace helmkit {
 
 namespace {
+
+const size_t longestLine = 32 << 10, longestSource = 1 << 10;
 
 const wchar_t controlPictures = 0x2400;
 const wchar_t pictureOfDelete = 0x2421;
@@ -33,6 +36,35 @@ void appendNumber(std::string& line, int32_t number) {
     appendDigits(line, number < 0 ? 0u - static_cast<unsigned>(number) : static_cast<unsigned>(number), 1);
 }
 
+// How many UTF-16 units stand in whole characters of UTF-8.
+size_t unitsIn(std::string_view bytes) {
+    size_t units = 0;
+    for (char c : bytes) {
+        const auto byte = static_cast<unsigned char>(c);
+        units += (byte & 0xC0) != 0x80;
+        units += byte >= 0xF0;
+    }
+    return units;
+}
+
+bool isContinued(char byte) {
+    return (byte & 0xC0) == 0x80;
+}
+
+// Appends the text, in at most so many bytes; one that takes more ends in the number of those that are
+// missing.
+void appendWithin(std::string& line, size_t room, std::wstring_view text) {
+    const size_t begin = line.size(), roomOfNote = 32;
+    // No unit takes less than a byte.
+    win32::appendUtf8(line, text.substr(0, room + 1), printable);
+    if (text.size() <= room && line.size() - begin <= room) return;
+    size_t end = begin + room - roomOfNote;
+    while (end > begin && isContinued(line[end])) --end;
+    line.resize(end);
+    const size_t missing = text.size() - unitsIn(std::string_view(line).substr(begin));
+    line += " [" + std::to_string(missing) + " more characters]";
+}
+
 }  // namespace
 
 std::string timeText(const LogTime& time) {
@@ -53,19 +85,19 @@ std::string timeText(const LogTime& time) {
 
 std::string logLine(std::string_view time, int32_t code, std::wstring_view text, int32_t level,
                     std::wstring_view source) {
-    const size_t numbersAndEnds = 30;
+    const size_t numbersAndEnds = 30, lineEnd = 2;
     std::string line;
-    line.reserve(time.size() + win32::utf8Room(source.size()) + win32::utf8Room(text.size()) +
-                 numbersAndEnds);
+    line.reserve(time.size() + win32::utf8Room(std::min(source.size(), longestSource)) +
+                 win32::utf8Room(std::min(text.size(), longestLine)) + numbersAndEnds);
     line += time;
     line += '\t';
     appendNumber(line, level);
     line += '\t';
-    win32::appendUtf8(line, source, printable);
+    appendWithin(line, longestSource, source);
     line += '\t';
     appendNumber(line, code);
     line += '\t';
-    win32::appendUtf8(line, text, printable);
+    appendWithin(line, longestLine - line.size() - lineEnd, text);
     line += "\r\n";
     return line;
 }

@@ -17,7 +17,8 @@ std::string timeText(const LogTime& time);
 
 // `time<TAB>level<TAB>source<TAB>code<TAB>text` and CR LF in UTF-8. Control characters and line separators in
 // source and text become their pictures (U+2400 and on), so that an entry stays one line of five fields;
-// nothing else is escaped, paths stay readable.
+// nothing else is escaped, paths stay readable. A line takes 32 KiB at most, of which its source 1 KiB: a
+// longer text ends in the number of its characters that are missing.
 std::string logLine(std::string_view time, int32_t code, std::wstring_view text, int32_t level,
                     std::wstring_view source);
 

@@ -51,3 +51,39 @@ TEST_CASE("the tail of a log begins after its first line end") {
     CHECK(helmkit::wholeLines("\n") == "");
     CHECK(helmkit::wholeLines("") == "");
 }
+
+TEST_CASE("a log line takes 32 KiB at most, and tells how many characters it lacks") {
+    const size_t most = 32 << 10;
+    const std::string head = "2026-01-02T03:04:05.006\t4\ts\t-7\t";
+    const size_t room = most - head.size() - 2;
+    CHECK(line(std::wstring(room, L'x'), L"s") == head + std::string(room, 'x') + "\r\n");
+    for (const wchar_t* character : {L"x", L"\xE9", L"\x20AC"}) {
+        std::wstring text;
+        for (int i = 0; i < 1 << 20; ++i) text += character;
+        const std::string cut = line(text, L"s");
+        CHECK(cut.size() <= most);
+        CHECK(cut.size() > most - 40);
+        const std::string shown = helmkit::logLine("", 0, character, 0, L"").substr(6);
+        const size_t end = cut.find(" [");
+        REQUIRE(end != std::string::npos);
+        const size_t kept = (end - head.size()) / (shown.size() - 2);
+        CHECK(cut.substr(end) == " [" + std::to_string((1 << 20) - kept) + " more characters]\r\n");
+    }
+}
+
+TEST_CASE("a long log line is not cut within a character, and a long source takes no room from its text") {
+    std::wstring pairs;
+    const wchar_t pair[] = {0xD83D, 0xDE00};
+    for (int i = 0; i < 20000; ++i) pairs.append(pair, 2);
+    for (size_t shift = 0; shift < 4; ++shift) {
+        const std::string cut = line(std::wstring(shift, L'a') + pairs);
+        const size_t end = cut.find(" [");
+        REQUIRE(end != std::string::npos);
+        CHECK(cut.substr(end - 4, 4) == "\xF0\x9F\x98\x80");
+        CHECK(cut.substr(end) ==
+              " [" + std::to_string(40000 - (end - 30 - shift) / 4 * 2) + " more characters]\r\n");
+    }
+    const std::string whole = line(L"text", std::wstring(100000, L's'));
+    CHECK(whole.size() < 2000);
+    CHECK(whole.substr(whole.size() - 10) == "\t-7\ttext\r\n");
+}
