@@ -1,0 +1,321 @@
+// The window: order of its work, what a page hands on, menu, keys, tools.
+#include <doctest/doctest.h>
+
+#include "app/FMain.h"
+#include "app/backup.h"
+#include "app/main_menu.h"
+#include "app/start_up.h"
+#include "qlncustom.h"
+#include "resources/resource_ids.h"
+#include "tests/support/failing_classes.h"
+#include "tests/support/page_fixture.h"
+#include "tests/support/small_category.h"
+#include "win32/system/resources.h"
+#include "win32/system/system.h"
+#include "win32/windows/menu.h"
+
+namespace {
+
+// The calls that reach the registry service, in their order.
+std::vector<std::wstring>& asked() {
+    static std::vector<std::wstring> calls;
+    return calls;
+}
+
+class RecordingRegistryAccess : public helmkit::server::RegistryAccess {
+  public:
+    STDMETHODIMP ExportKey(LONG* hive, BSTR* key, BSTR* text) override {
+        asked().push_back((*hive == helmkit::HKLM ? L"HKLM " : L"HKCU ") + win32::BString::copy(*key));
+        return RegistryAccess::ExportKey(hive, key, text);
+    }
+    STDMETHODIMP ExportValue(LONG hive, BSTR key, BSTR name, BSTR* text) override {
+        asked().push_back((hive == helmkit::HKLM ? L"HKLM " : L"HKCU ") + win32::BString::copy(key) + L" : " +
+                          win32::BString::copy(name));
+        return RegistryAccess::ExportValue(hive, key, name, text);
+    }
+};
+
+const win32::ComClass recordingTable[] = {
+    {&CLSID_RegistryAccess, L"", win32::createObject<RecordingRegistryAccess>}};
+const win32::ComModule recordingModule = {recordingTable, 1, &LIBID_Helmkit, 2, 1};
+
+// A plug-in of this process: it may replace the logger, and knows whether it is still there.
+struct PlugIn {
+    static inline IDispatch* replacement = nullptr;
+    static inline int alive = 0;
+
+    class Object : public win32::CountedObject<IDispatch> {
+      public:
+        Object() { ++alive; }
+        ~Object() override { --alive; }
+        STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
+            *object = iid == IID_IUnknown || iid == IID_IDispatch ? this : nullptr;
+            if (*object) AddRef();
+            return *object ? S_OK : E_NOINTERFACE;
+        }
+        STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
+        STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+        STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+            ids[0] = 1;
+            return std::wstring(names[0]) == L"Init" ? S_OK : DISP_E_UNKNOWNNAME;
+        }
+        STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*,
+                            UINT*) override {
+            VARIANT& argument = parameters->rgvarg[0];
+            if (argument.vt != (VT_BYREF | VT_DISPATCH)) return DISP_E_TYPEMISMATCH;
+            if (replacement) {
+                if (*argument.ppdispVal) (*argument.ppdispVal)->Release();
+                *argument.ppdispVal = replacement;
+                replacement->AddRef();
+            }
+            return S_OK;
+        }
+    };
+
+    static HRESULT create(REFIID iid, void** object) { return win32::createObject<Object>(iid, object); }
+    static inline const win32::ComClass table[] = {{&CLSID_CCustom2, L"QLNCustom.CCustom2", create}};
+    static inline const win32::ComModule module = {table, 1, &LIBID_QLNCustom, 2, 1};
+};
+
+struct Window : PageFixture {
+    std::wstring logged() { return win32::fromAnsi(TempFolder::read(folder.file(L"QLN.log"))); }
+    // CLSIDFromProgID looks in the registry, the class itself is this process's own.
+    void offerPlugIn() {
+        wchar_t clsid[39];
+        ::StringFromGUID2(CLSID_CCustom2, clsid, 39);
+        registry.setString(HKEY_CLASSES_ROOT, L"QLNCustom.CCustom2\\CLSID", L"", clsid);
+        classes.offer(CLSID_CCustom2, PlugIn::module);
+    }
+    ~Window() { PlugIn::replacement = nullptr; }
+};
+
+std::vector<std::wstring> captions(HMENU menu) {
+    std::vector<std::wstring> texts;
+    for (int row = 0; row < ::GetMenuItemCount(menu); ++row) {
+        wchar_t text[100] = L"";
+        ::GetMenuStringW(menu, row, text, 100, MF_BYPOSITION);
+        texts.push_back(::GetMenuState(menu, row, MF_BYPOSITION) & MF_SEPARATOR ? L"-" : text);
+    }
+    return texts;
+}
+
+using Captions = std::vector<std::wstring>;
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Window, "the backup asks for its 24 keys and values in their order and letters") {
+    classes.revoke();
+    for (const CLSID* own : {&CLSID_LogWriter, &CLSID_FileServices, &CLSID_SystemServices})
+        classes.offer(*own);
+    classes.offer(CLSID_RegistryAccess, recordingModule);
+    asked().clear();
+    app::writeBackup(log.logger(), folder.path());
+    const std::wstring cv = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\";
+    const std::wstring nt = L"SOFTWARE\\Microsoft\\Windows NT\\CurrentVersion\\";
+    const Captions expected = {L"HKLM " + cv + L"Run",
+                               L"HKCU " + cv + L"Run",
+                               L"HKLM " + cv + L"RunServices",
+                               L"HKCU " + cv + L"RunServices",
+                               L"HKLM " + cv + L"RunOnce",
+                               L"HKCU " + cv + L"RunOnce",
+                               L"HKLM " + cv + L"RunServicesOnce",
+                               L"HKCU " + cv + L"RunServicesOnce",
+                               L"HKLM " + cv + L"policies\\Explorer\\Run",
+                               L"HKCU " + cv + L"policies\\Explorer\\Run",
+                               L"HKLM Software\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon\\Notify",
+                               L"HKCU " + nt + L"Windows : run",
+                               L"HKLM " + nt + L"Windows : run",
+                               L"HKCU " + nt + L"Windows : load",
+                               L"HKLM " + nt + L"Windows : load",
+                               L"HKLM " + nt + L"Winlogon : shell",
+                               L"HKLM " + nt + L"Winlogon : userinit",
+                               L"HKLM SYSTEM\\CurrentControlSet\\Control\\Session Manager : BootExecute",
+                               L"HKCU Control Panel\\Desktop : SCRNSAVE.EXE",
+                               L"HKLM SOFTWARE\\Microsoft\\Command Processor : AutoRun",
+                               L"HKLM " + nt + L"Winlogon : VmApplet",
+                               L"HKLM " + nt + L"Winlogon : UIHost",
+                               L"HKLM " + cv + L"RunOnceEx",
+                               L"HKCU " + cv + L"RunOnceEx"};
+    CHECK(asked() == expected);
+}
+
+TEST_CASE_FIXTURE(Window,
+                  "the plug-in is asked before the check, may replace the logger, and is released at once") {
+    if (win32::isRedirected()) return;  // CLSIDFromProgID does not see the fixture there (docs/testing.md)
+    offerPlugIn();
+    helmkit::Logger logger;
+    CHECK(app::initialize(logger, folder.path(), [](const std::wstring&) { CHECK(PlugIn::alive == 0); }));
+    CHECK(log.lines.empty());
+    PlugIn::replacement = &log;
+    std::wstring title;
+    CHECK(app::initialize(logger, folder.path(), [&](const std::wstring& text) { title = text; }));
+    CHECK(title == L"Quillon");
+    CHECK(logger.object() == &log);
+    CHECK(PlugIn::alive == 0);
+    // The library gone: the replacement's log holds the message.
+    classes.revoke();
+    classes.offer(CLSID_LogWriter);
+    classes.offer(CLSID_CCustom2, PlugIn::module);
+    desktop.messageBoxAnswers = {IDOK};
+    CHECK_FALSE(app::initialize(logger, folder.path(), [](const std::wstring&) {}));
+    REQUIRE(log.lines.size() == 1);
+    CHECK(log.lines[0].text.find(L"Component 'Helmkit.dll' or one of its dependencies") == 0);
+    CHECK(log.lines[0].level == 4);
+    logger = helmkit::Logger();
+}
+
+TEST_CASE_FIXTURE(Window, "the start of Windows is told in whole seconds, across days") {
+    desktop.ticks = 1999;
+    desktop.messageBoxAnswers = {IDOK, IDOK};
+    helmkit::Logger logger;
+    app::initialize(logger, folder.path(), [](const std::wstring&) {});
+    CHECK(logged().find(L"35:46") != std::wstring::npos);
+    desktop.ticks = 2 * 24 * 3600 * 1000 + 999;
+    app::initialize(logger, folder.path(), [](const std::wstring&) {});
+    const std::wstring second = logged().substr(logged().rfind(L"Startup: "));
+    CHECK(second.find(L"18") != std::wstring::npos);
+    CHECK(second.find(L"35:47") != std::wstring::npos);
+    logger = helmkit::Logger();
+}
+
+namespace {
+
+// A page that notes what happens to it, and may replace the logger.
+class NotedPage : public app::Page {
+  public:
+    static inline std::wstring notes;
+    static inline IDispatch* replacement = nullptr;
+    NotedPage(HWND parent, wchar_t name) : control_(parent), name_(name) {}
+    win32::Window& window() override { return control_; }
+    void Init(helmkit::Logger& logger) override {
+        notes += std::wstring(L"I") + name_ + (logger.object() == replacement ? L"r " : L" ");
+        if (name_ == L'a' && replacement) logger = helmkit::Logger(win32::ComPtr<IDispatch>(replacement));
+    }
+    void RefreshList() override {
+        notes += std::wstring(L"R") + name_ + L" ";
+        if (name_ == fails) win32::raise(E_FAIL, L"no refresh");
+    }
+    std::vector<startup::ListedRow> rows() const override { return {{L"t", L"s", L"f"}}; }
+    static inline wchar_t fails = 0;
+
+  private:
+    struct Control : win32::TabPage {
+        explicit Control(HWND parent) : TabPage(parent, L"noted") {}
+    } control_;
+    wchar_t name_;
+};
+
+template <wchar_t name>
+std::unique_ptr<app::Page> noted(HWND parent) {
+    return std::make_unique<NotedPage>(parent, name);
+}
+
+const app::PageRow notedPages[] = {{L"a", L"A", L"A %1", noted<L'a'>},
+                                   {L"b", L"B", nullptr, noted<L'b'>},
+                                   {L"c", L"C", L"C %1 %2 %3", noted<L'c'>}};
+
+struct Noted : Window {
+    Noted() {
+        NotedPage::notes.clear();
+        NotedPage::fails = 0;
+        NotedPage::replacement = nullptr;
+    }
+};
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Noted,
+                  "pages are filled and refreshed in their order; a replaced logger reaches the next page") {
+    NotedPage::replacement = &log;
+    app::FMain window(notedPages);
+    window.Form_Load();
+    CHECK(NotedPage::notes == L"Ia Ibr Icr ");
+    // The window's own lines go to the replacement, too.
+    REQUIRE(log.lines.size() == 2);
+    CHECK(log.lines[0].text == L"A t");
+    CHECK(log.lines[1].text == L"C t s f");
+    NotedPage::notes.clear();
+    ::SendMessageW(window.handle(), WM_COMMAND, app::mnuRefresh, 0);
+    CHECK(NotedPage::notes == L"Ra Rb Rc ");
+    NotedPage::fails = L'b';
+    log.lines.clear();
+    NotedPage::notes.clear();
+    ::SendMessageW(window.handle(), WM_COMMAND, app::mnuRefresh, 0);
+    CHECK(NotedPage::notes == L"Ra Rb ");
+    REQUIRE(log.lines.size() == 1);
+    CHECK(log.lines[0].source == L"FMain.mnuRefresh_Click");
+    CHECK(log.lines[0].text == L"no refresh");
+}
+
+TEST_CASE_FIXTURE(Noted, "an error in the log of the listed entries ends it under its own name") {
+    FailingClasses failing(classes);
+    NotedPage::replacement = &log;
+    app::FMain window(notedPages);
+    refused() = {L"FormatMessage"};
+    window.Form_Load();
+    // The backup fails first, for its file's name.
+    REQUIRE(log.lines.size() == 1);
+    CHECK(log.lines[0].source == L"FMain.LogTabState");
+    CHECK(log.lines[0].level == 4);
+}
+
+TEST_CASE_FIXTURE(
+    Window, "an error in filling the pages is logged as InitTabStrip's, and the log of entries follows") {
+    struct FailingPage : NotedPage {
+        explicit FailingPage(HWND parent) : NotedPage(parent, L'x') {}
+        void Init(helmkit::Logger&) override { win32::raise(E_FAIL, L"no page"); }
+    };
+    const app::PageRow rows[] = {{L"a", L"A", nullptr, noted<L'a'>},
+                                 {L"x", L"X", nullptr, [](HWND parent) -> std::unique_ptr<app::Page> {
+                                      return std::make_unique<FailingPage>(parent);
+                                  }}};
+    NotedPage::replacement = &log;
+    app::FMain window(rows);
+    window.Form_Load();
+    REQUIRE(log.lines.size() == 1);
+    CHECK(log.lines[0].source == L"FMain.InitTabStrip");
+    CHECK(log.lines[0].text == L"no page");
+    NotedPage::replacement = nullptr;
+}
+
+TEST_CASE("the main menu: captions, separators, no shortcuts") {
+    HMENU menu = app::createMainMenu();
+    CHECK(captions(menu) == Captions{L"&File", L"&Tools", L"&Help"});
+    CHECK(captions(::GetSubMenu(menu, 0)) == Captions{L"&Refresh", L"-", L"&Exit"});
+    CHECK(captions(::GetSubMenu(menu, 1)) ==
+          Captions{L"&Backup Current Settings", L"&Restore...", L"-", L"&More Parasite Removers"});
+    CHECK(captions(::GetSubMenu(::GetSubMenu(menu, 1), 3)) ==
+          Captions{L"&Corvana", L"&Teselin", L"-", L"&Morrowfen"});
+    CHECK(captions(::GetSubMenu(menu, 2)) == Captions{L"Quillon &Home Page", L"-", L"&About Quillon..."});
+    ::DestroyMenu(menu);
+}
+
+TEST_CASE_FIXTURE(
+    Window, "Restore tells in style 64 and opens the folder also where there is no backup and no folder") {
+    desktop.messageBoxAnswers = {IDOK};
+    desktop.expectedFolders = 1;
+    app::mnuRestore_Click(parent.handle(), log.logger(), folder.file(L"nothing here"));
+    CHECK(desktop.messageBoxes.at(0).style == 64);
+    CHECK(desktop.messageBoxes.at(0).title == L"Quillon");
+    CHECK(desktop.folders.at(0).path == folder.file(L"nothing here\\Backup\\"));
+    CHECK(desktop.folders.at(0).owner == parent.handle());
+    CHECK(log.lines.empty());
+}
+
+TEST_CASE("the texts that no window shows stay in the string table, the description too") {
+    CHECK(win32::loadString(STRING_DESCRIPTION) ==
+          L"Quillon is freeware utility to remove malicious programs from Windows startup.\n \nQuillon "
+          L"inspects "
+          L"Windows startup places and lists startup programs so you could delete abusive items.\n \nQuillon "
+          L"backs "
+          L"up configuration data so you can roll back all changes at any time.");
+    const std::wstring instructions = L"Request Support button", text = win32::loadString(131);
+    CHECK(text.find(instructions) != std::wstring::npos);
+    CHECK(win32::loadString(132) ==
+          L"Your support request has been sent successfully. Please allow up to 48 hours for a response.");
+    CHECK(win32::loadString(133) == L"Cannot send support request. Ensure you are online now. ");
+    CHECK(win32::loadString(134) == L"Please describe the problem. ");
+    CHECK(win32::loadString(135) == L"Your description here...");
+    CHECK(win32::loadString(136) == L"Please type your name. ");
+    CHECK(win32::loadString(137) == L"Please type your e-mail. ");
+}
