@@ -5,6 +5,7 @@
 #include "helmkit/record_list.h"
 #include "helmkit/registry_access.h"
 #include "helmkit/system_services.h"
+#include "tests/support/helmkit_classes.h"
 #include "tests/support/objects.h"
 #include "tests/support/registry_fixture.h"
 
@@ -165,6 +166,27 @@ TEST_CASE_FIXTURE(LateBound, "records and their fields") {
     CHECK(textOf(get(field.pdispVal, L"Name")) == L"v");
 }
 
+std::wstring toldWithError() {
+    win32::ComPtr<IErrorInfo> info;
+    win32::BString description;
+    REQUIRE(::GetErrorInfo(0, info.out()) == S_OK);
+    REQUIRE(info->GetDescription(description.out()) == S_OK);
+    return description.text();
+}
+
+TEST_CASE("the services that callers share are let go of") {
+    HelmkitClasses classes;
+    helmkit::releaseSharedServices();
+    const LONG usesBefore = win32::moduleUses();
+    helmkit::fileServices();
+    const LONG usesOfOne = win32::moduleUses();
+    helmkit::systemServices();
+    CHECK(usesOfOne > usesBefore);
+    CHECK(win32::moduleUses() > usesOfOne);
+    helmkit::releaseSharedServices();
+    CHECK(win32::moduleUses() == usesBefore);
+}
+
 TEST_CASE("class factories make each class, count their uses and refuse aggregation") {
     LONG usesBefore = win32::moduleUses();
     const win32::ComModule& module = helmkit::comModule();
@@ -182,6 +204,7 @@ TEST_CASE("class factories make each class, count their uses and refuse aggregat
         void* other = nullptr;
         CHECK(factory->CreateInstance(object.get(), IID_IUnknown, &other) == CLASS_E_NOAGGREGATION);
         CHECK(factory->CreateInstance(nullptr, IID_IPersist, &other) == E_NOINTERFACE);
+        CHECK(toldWithError() == L"The object has no such interface");
         CHECK(other == nullptr);
     }
     CHECK(win32::moduleUses() == usesBefore);

@@ -10,8 +10,8 @@
 
 namespace probe {
 
-// Milliseconds that a window may take to answer. Only a program that hangs takes so long; a busy machine made the five
-// seconds after which Windows itself calls a window hung too short.
+// Milliseconds that a window may take to answer. Only a program that hangs takes so long; a busy machine made
+// the five seconds after which Windows itself calls a window hung too short.
 constexpr UINT kPatience = 120'000;
 
 struct Failure {
