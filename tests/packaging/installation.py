@@ -62,6 +62,8 @@ class Installation:
 
     def wake(self):
         self.probe = Probe(paths.probe(self.kind.architecture), self.prefix.environment)
+        # Answers when this Windows has started: one that is ended before never ends.
+        self.probe.ask('version')
 
     def sleep(self):
         """Ends the session, so that the registry stands in its files."""
