@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# Builds Quillon and leaves complete program folders in dist/:  scripts/build.sh [x86 | x64 ...]
+# Builds Quillon and leaves complete program folders in dist/:  scripts/build.sh [--program] [x86 | x64 ...]
+# With --program the tests are left out.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
@@ -15,6 +16,11 @@ quietly() {
     return 1
 }
 
+targets=()
+if [ "${1:-}" = --program ]; then
+    for file in "${program[@]}"; do targets+=(--target "${file%.*}"); done
+    shift
+fi
 mkdir -p build
 scripts/libzip.sh
 [ $# -gt 0 ] || set -- x86 x64
@@ -24,7 +30,7 @@ for architecture in "$@"; do
         printf 'build: scripts/setup.sh installs what is missing\n' >&2
         exit 1
     }
-    quietly "build/build-$architecture.log" cmake --build --preset "$architecture"
+    quietly "build/build-$architecture.log" cmake --build --preset "$architecture" "${targets[@]}"
     rm -rf "dist/$architecture"
     mkdir -p "dist/$architecture"
     for file in "${program[@]}"; do cp "build/$architecture/program/$file" "dist/$architecture/"; done

@@ -11,6 +11,21 @@ sources() { find "$@" \( -name '*.cpp' -o -name '*.h' \) -print0; }
 
 formatted() { sources "${product[@]}" win32 tests bench | xargs -0 clang-format --dry-run -Werror; }
 
+cppcheck_finds_nothing() {
+    cppcheck -q -j2 --enable=warning,performance,portability --library=windows --std=c++20 --platform=win64 -I. \
+        --suppressions-list=scripts/cppcheck-suppressions.txt --error-exitcode=1 "${product[@]}" win32
+}
+
+# The sources that compile natively are those that the native tests need; clang does not know the others' headers.
+clang_tidy_finds_nothing() {
+    cmake --preset native >/dev/null || return
+    local files
+    mapfile -t files < <(python3 -c 'import json; print(*(row["file"] for row in json.load(open("build/native/compile_commands.json"))), sep="\n")' |
+        grep -v '/tests/' | sort -u)
+    [ ${#files[@]} -gt 0 ] || { echo 'no sources found'; return 1; }
+    clang-tidy --quiet -p build/native "${files[@]}" 2>/dev/null
+}
+
 # The choice between ANSI and wide functions belongs to win32/ alone.
 no_flavour_words() {
     ! sources "${product[@]}" | xargs -0 grep -nHE '\bTCHAR\b|\bTEXT\(|\b_T\(|\bUNICODE\b'
@@ -68,6 +83,8 @@ paired_names() {
 no_machine_paths() { ! git grep -nIE '(^|[^A-Za-z0-9_.])/(home|work|Users)/[a-z.]' -- . ':!scripts/check.sh'; }
 
 rule 'sources are formatted' formatted
+rule 'cppcheck finds nothing' cppcheck_finds_nothing
+rule 'clang-tidy finds nothing' clang_tidy_finds_nothing
 rule 'no TCHAR, TEXT or UNICODE outside win32/' no_flavour_words
 rule 'no A or W function called outside win32/' no_flavour_calls
 rule 'the 32-bit files import what Windows 98 and 2000 have, what fails on 98 explained' imports_of_32bit

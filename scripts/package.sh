@@ -7,7 +7,7 @@ cd "$(dirname "$0")/.."
 . scripts/source-date.sh
 export TZ=UTC LC_ALL=C
 
-command -v makensis >/dev/null || scripts/setup.sh
+command -v makensis >/dev/null && [ -d build/libzip/x64 ] || scripts/setup.sh
 version=$(sed -n 's/^project(Quillon VERSION \([0-9.]*\) .*/\1/p' CMakeLists.txt)
 out=dist/packages
 stage=build/packages
@@ -62,7 +62,7 @@ make_setup() {
         -X"!addincludedir \"$PWD/packaging\"" packaging/setup.nsi
 }
 
-scripts/build.sh x86 x64
+scripts/build.sh --program x86 x64
 stage_files
 make_zip x86
 make_zip x64

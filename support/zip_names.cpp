@@ -34,7 +34,8 @@ size_t rootLength(const std::wstring& path) {
 }  // namespace
 
 std::wstring resolvedPath(const std::wstring& spec, const std::wstring& folder) {
-    const std::wstring path = withBackslashes(spec), base = withBackslashes(folder);
+    std::wstring path = withBackslashes(spec);
+    const std::wstring base = withBackslashes(folder);
     if (base.empty() || namesDrive(path) || namesServer(path)) return path;
     if (!path.empty() && path[0] == L'\\') return base.substr(0, rootLength(base)) + path;
     return win32::withBackslash(base) + path;

@@ -62,6 +62,8 @@ class Installation:
 
     def wake(self):
         self.probe = Probe(paths.probe(self.kind.architecture), self.prefix.environment)
+        # Answers when this Windows has started: one that is ended before never ends.
+        self.probe.ask('version')
 
     def sleep(self):
         """Ends the session, so that the registry stands in its files."""
@@ -93,7 +95,19 @@ class Installation:
     def uninstall_silently(self, folder=FOLDER):
         """The uninstaller goes on as a copy of itself, so its own end tells nothing."""
         self.run(folder + '\\Uninstall.exe', '/S')
-        wait_for(lambda: not self.description(), 'the uninstaller to end')
+        wait_for(lambda: not self.is_described(), 'the uninstaller to end')
+
+    def is_described(self):
+        return DESCRIPTION.rsplit('\\', 1)[1] in self.probe.keys('HKLM', DESCRIPTION.rsplit('\\', 1)[0])
+
+    def press(self, title, key):
+        """Waits for the window of this title and presses a key with Alt in it, as its user would."""
+        def window():
+            return subprocess.run(['xdotool', 'search', '--onlyvisible', '--name', f'^{title}'], capture_output=True,
+                                  text=True, env=self.prefix.environment).stdout.split()
+        found = wait_for(window, f'the window "{title}"')[-1]
+        subprocess.run(['xdotool', 'windowfocus', '--sync', found, 'keydown', 'alt', 'key', key, 'keyup', 'alt'],
+                       check=True, env=self.prefix.environment, timeout=30)
 
     def description(self):
         return self.probe.text_values('HKLM', DESCRIPTION)

@@ -86,6 +86,23 @@ class Installing(unittest.TestCase):
         self.assert_gone(before, MINE)
         self.assertEqual(len(list((self.folder / 'Backup').iterdir())), 1)
 
+    def test_through_the_pages(self):
+        """The licence, the end; uninstalling, with everything: nothing is left."""
+        before = self.snapshot()
+        setup = self.installation.start(self.installation.setup)
+        self.installation.press('Quillon Setup: License Agreement', 'a')
+        self.installation.press('Quillon Setup: Completed', 'c')
+        self.assertEqual(self.installation.code_of(setup), 0)
+        self.folder = self.prefix.path(FOLDER)
+        self.assert_installed()
+        self.start_program().close()
+        self.installation.start(FOLDER + '\\Uninstall.exe')
+        self.installation.press('Quillon Uninstall: Confirmation', 'u')
+        self.installation.press('Quillon Uninstall$', 'y')
+        self.installation.press('Quillon Uninstall: Completed', 'c')
+        wait_for(lambda: not self.folder.exists(), 'the folder to go')
+        self.assert_gone(before, [])
+
     def test_over_a_running_copy(self):
         self.install()
         program = self.start_program()
