@@ -17,21 +17,6 @@ const DWORD largestBlock = 1 << 20;
 // 64 KiB further on. Behind each block there is that much room.
 const size_t roomBehind = 3 << 16;
 
-OwnedPages readBlock(const std::wstring& path, size_t& room) {
-    if (path.empty() || !isExactName(path)) return {};
-    NoFileRedirection off;
-    return withFlavour([&](auto f) {
-        DWORD ignored = 0;
-        DWORD size = f.getFileVersionInfoSize(f.in(path), &ignored);
-        if (size == 0 || size > largestBlock) return OwnedPages();
-        room = size + roomBehind;
-        // Pages of zeros, of which only those that are touched cost anything.
-        OwnedPages block(::VirtualAlloc(nullptr, room, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-        bool isRead = block && f.getFileVersionInfo(f.in(path), DWORD{0}, size, block.get());
-        return isRead ? std::move(block) : OwnedPages();
-    });
-}
-
 // What VerQueryValue points at, and how many items it may hold within the block. The length it tells is
 // a number of characters for strings and of bytes for the rest.
 template <class Item, class F>
@@ -62,8 +47,23 @@ bool isBlank(const std::wstring& text) {
 
 }  // namespace
 
+OwnedPages readVersionBlock(const std::wstring& path, size_t& room) {
+    if (path.empty() || !isExactName(path)) return {};
+    NoFileRedirection off;
+    return withFlavour([&](auto f) {
+        DWORD ignored = 0;
+        DWORD size = f.getFileVersionInfoSize(f.in(path), &ignored);
+        if (size == 0 || size > largestBlock) return OwnedPages();
+        room = size + roomBehind;
+        // Pages of zeros, of which only those that are touched cost anything.
+        OwnedPages block(::VirtualAlloc(nullptr, room, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+        bool isRead = block && f.getFileVersionInfo(f.in(path), DWORD{0}, size, block.get());
+        return isRead ? std::move(block) : OwnedPages();
+    });
+}
+
 VersionResource::VersionResource(const std::wstring& path, LANGID userLanguage)
-    : pages_(readBlock(path, room_)),
+    : pages_(readVersionBlock(path, room_)),
       block_(static_cast<const char*>(pages_.get()), pages_ ? room_ : 0),
       tables_(tableOrder(translationsOf(translationBytes(block_)), userLanguage, stringTableKeys(block_))) {}
 
