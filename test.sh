@@ -156,12 +156,13 @@ done
 step check scripts/check.sh
 step scripts python3 tests/scripts/run.py
 step bench quick_benchmark "${architectures[0]}"
-steps=(check scripts bench support_request e2e)
+steps=(check scripts bench support_request report e2e)
 if [ ${#architectures[@]} = 2 ]; then
     step windows98 scripts/windows98.sh
     steps+=(windows98)
 fi
 step support_request python3 tests/support_request/run.py "${architectures[@]}"
+step report python3 tests/report/run.py "${combinations[@]}"
 wait "$native_steps"
 step e2e python3 tests/e2e/run.py "${combinations[@]}"
 

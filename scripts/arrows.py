@@ -17,6 +17,7 @@ PICTURE = TOP / 'docs' / 'images' / 'architecture.svg'
 ARROWS = {
     'app': 'startup support files resources helmkit/client win32/com win32/windows win32/registry win32/files win32/system '
            'win32/base',
+    'report': 'startup files resources helmkit/client win32/com win32/registry win32/files win32/system win32/base',
     'startup': 'files resources helmkit/client win32/windows win32/files win32/system win32/base',
     'support': 'resources helmkit/client win32/com win32/windows win32/files win32/system win32/base',
     'files': 'helmkit/client win32/files win32/system win32/base',
@@ -34,7 +35,7 @@ ARROWS = {
 
 # Where each folder stands in the picture: column and row.
 PLACES = {
-    'app': (1.5, 0), 'startup': (0.5, 1), 'support': (2.5, 1), 'files': (0, 2), 'resources': (1.5, 2),
+    'app': (1.5, 0), 'report': (0.2, 0), 'startup': (0.5, 1), 'support': (2.5, 1), 'files': (0, 2), 'resources': (1.5, 2),
     'helmkit/client': (1, 3), 'helmkit': (3.5, 2), 'plugin': (4.5, 2), 'win32/com': (3.2, 4),
     'win32/windows': (0.2, 4), 'win32/files': (1.2, 4), 'win32/registry': (2.2, 5), 'win32/system': (1.4, 6),
     'win32/base': (1.4, 7),

@@ -4,7 +4,7 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-program=(Quillon.exe Helmkit.dll QLNCustom.dll)
+program=(Quillon.exe QuillonReport.exe Helmkit.dll QLNCustom.dll)
 
 # Configuring again is quiet and quick; a failure shows what went wrong.
 quietly() {

@@ -3,7 +3,7 @@
 
     scripts/check-imports.py FILE...              each file by itself: it must start on Windows 98 and 2000 (32-bit)
                                                   or XP x64 (64-bit)
-    scripts/check-imports.py --product FOLDER     besides, the three files of a program folder together: what fails
+    scripts/check-imports.py --product FOLDER     besides, the files of a program folder together: what fails
                                                   when called on Windows 98 is explained, nothing is explained that
                                                   is not imported, and what is looked up at run time is listed
 
@@ -20,8 +20,8 @@ sys.path.insert(0, str(TOP / 'tests' / 'windows98'))
 from libraries import exported  # noqa: E402
 
 DATA = TOP / 'tests' / 'data'
-PROGRAM = ('Quillon.exe', 'Helmkit.dll', 'QLNCustom.dll')
-SOURCES = ('app', 'files', 'helmkit', 'plugin', 'resources', 'startup', 'support', 'win32')
+PROGRAM = ('Quillon.exe', 'QuillonReport.exe', 'Helmkit.dll', 'QLNCustom.dll')
+SOURCES = ('app', 'files', 'helmkit', 'plugin', 'report', 'resources', 'startup', 'support', 'win32')
 
 
 def meaningful_lines(name):

@@ -4,7 +4,7 @@
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
 
-product=(app startup files support helmkit plugin resources)
+product=(app report startup files support helmkit plugin resources)
 . scripts/rules.sh
 
 sources() { find "$@" \( -name '*.cpp' -o -name '*.h' \) -print0; }

@@ -7,7 +7,8 @@ base=(cmake ninja-build make git python3 g++ clang clang-format libclang-rt-dev 
       g++-mingw-w64-i686-win32 g++-mingw-w64-x86-64-win32 mingw-w64-tools libz-mingw-w64-dev dpkg-dev
       zip unzip p7zip-full nsis cppcheck clang-tidy
       xvfb xdotool x11-utils imagemagick fonts-liberation procps
-      libwin-hivex-perl)
+      libwin-hivex-perl
+      rapidjson-dev jq sqlite3 python3-jsonschema)
 # widl imports the Automation base types from the IDL files of libwine-dev.
 wine64=(wine wine64 libwine-dev fonts-wine)
 wine32=(wine32:i386)

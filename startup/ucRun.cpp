@@ -6,13 +6,13 @@
 #include "helmkit/client/system_services.h"
 #include "startup/enumeration.h"
 #include "startup/protected_programs.h"
+#include "startup/registry_places.h"
 #include "win32/system/resources.h"
 
 namespace startup {
 
 namespace {
 
-using helmkit::HKCU;
 using helmkit::HKLM;
 
 const CategoryDesign ownDesign = {.typeName = L"ucRun",
@@ -23,25 +23,7 @@ const CategoryDesign ownDesign = {.typeName = L"ucRun",
                                   .iconField = IconField::icon,
                                   .messages = {.refusal = STRING_REFUSE_RUN}};
 
-struct Place {
-    LONG hive;
-    const wchar_t* keyPath;
-};
-
-const Place ordinaryPlaces[] = {
-    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run"},
-    {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run"},
-    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunServices"},
-    {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunServices"},
-    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce"},
-    {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce"},
-    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnce\\Setup"},
-    {HKLM, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunServicesOnce"},
-    {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunServicesOnce"},
-};
-
-const LONG policyHives[] = {HKLM, HKCU};
-const std::wstring policyKey = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\policies\\Explorer\\Run";
+const std::wstring policyKey = policyKeyPath;
 
 void addEntry(Enumeration& run, const RegistryValueName& value, const std::wstring& name,
               const std::wstring& file, const std::wstring& manufacturer) {
@@ -55,7 +37,7 @@ void addEntry(Enumeration& run, const RegistryValueName& value, const std::wstri
 }
 
 // The ordinary builder: the name falls back on the value's, whatever the file's other strings say.
-void FillItemInfo(Enumeration& run, const Place& place) {
+void FillItemInfo(Enumeration& run, const RunKey& place) {
     for (const std::wstring& valueName : run.registry.EnumValues(place.hive, place.keyPath)) {
         run.entry([&] {
             const std::wstring command = run.readString(place.hive, place.keyPath, valueName);
@@ -90,7 +72,7 @@ void fillPolicyItemInfo(Enumeration& run, LONG hive) {
 ucRun::ucRun() : Category(ownDesign) {}
 
 void ucRun::enumerate(Enumeration& run) const {
-    for (const Place& place : ordinaryPlaces) {
+    for (const RunKey& place : runKeys) {
         run.place([&] { FillItemInfo(run, place); });
     }
     for (LONG hive : policyHives) fillPolicyItemInfo(run, hive);

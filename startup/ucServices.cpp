@@ -6,6 +6,7 @@
 #include "startup/enumeration.h"
 #include "startup/known_good_image_paths.h"
 #include "startup/protected_libraries.h"
+#include "startup/registry_places.h"
 #include "win32/base/ascii.h"
 #include "win32/files/indirect_string.h"
 
@@ -25,7 +26,7 @@ const CategoryDesign ownDesign = {
     .hasContextMenuKey = false,
     .hidesSeparator = false};
 
-const std::wstring servicesKey = L"SYSTEM\\CurrentControlSet\\Services";
+const std::wstring servicesKey = servicesKeyPath;
 
 // Kernel drivers are often configured by the object manager's name of the Windows folder.
 std::wstring normalised(const std::wstring& imagePath) {
@@ -34,10 +35,11 @@ std::wstring normalised(const std::wstring& imagePath) {
     return L"%SystemRoot%" + imagePath.substr(systemRoot.size() - 1);
 }
 
-void addService(Enumeration& run, const std::wstring& service) {
+void addService(Enumeration& run, const std::wstring& service, ucServices::Standard standard) {
     const std::wstring key = servicesKey + L"\\" + service;
     const std::wstring imagePath = run.readString(HKLM, key, L"ImagePath");
-    if (imagePath.empty() || IsKnownGoodImagePath(imagePath)) return;
+    if (imagePath.empty()) return;
+    if (standard == ucServices::Standard::skipped && IsKnownGoodImagePath(imagePath)) return;
     const std::wstring displayName = win32::displayedText(run.readString(HKLM, key, L"DisplayName"));
     const std::wstring file =
         run.commands.resolve(helmkit::systemServices().ExpandEnvironment(normalised(imagePath)));
@@ -52,11 +54,11 @@ void addService(Enumeration& run, const std::wstring& service) {
 
 }  // namespace
 
-ucServices::ucServices() : Category(ownDesign) {}
+ucServices::ucServices(Standard standard) : Category(ownDesign), standard_(standard) {}
 
 void ucServices::enumerate(Enumeration& run) const {
     for (const std::wstring& service : run.registry.EnumSubkeys(HKLM, servicesKey)) {
-        run.entry([&] { addService(run, service); });
+        run.entry([&] { addService(run, service, standard_); });
     }
 }
 

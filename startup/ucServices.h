@@ -7,10 +7,16 @@ namespace startup {
 
 class ucServices : public Category {
   public:
-    ucServices();
+    // The services of a plain Windows, which have a known-good image path, are skipped or listed like all
+    // others.
+    enum class Standard { skipped, listed };
+    explicit ucServices(Standard standard = Standard::skipped);
 
   protected:
     void enumerate(Enumeration& run) const override;
+
+  private:
+    Standard standard_;
 };
 
 }  // namespace startup

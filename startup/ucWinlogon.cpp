@@ -5,6 +5,7 @@
 #include "helmkit/client/system_services.h"
 #include "startup/enumeration.h"
 #include "startup/protected_libraries.h"
+#include "startup/registry_places.h"
 #include "win32/system/resources.h"
 
 namespace startup {
@@ -20,7 +21,7 @@ const CategoryDesign ownDesign = {.typeName = L"ucWinlogon",
                                   .button = L"&Delete From Startup",
                                   .messages = {.refusal = STRING_REFUSE_WINLOGON}};
 
-const std::wstring notifyKey = L"Software\\Microsoft\\Windows NT\\CurrentVersion\\Winlogon\\Notify";
+const std::wstring notifyKey = notifyKeyPath;
 
 const wchar_t* const events[] = {L"Lock",     L"Logoff",           L"Logon",
                                  L"Shutdown", L"StartScreenSaver", L"StartShell",

@@ -105,14 +105,15 @@ def main():
     arguments = argparse.ArgumentParser()
     arguments.add_argument('--here', action='store_true', help=argparse.SUPPRESS)
     arguments.add_argument('--jobs', type=int, default=4)
-    arguments.add_argument('--walk', action='store_true')
+    arguments.add_argument('--walk', dest='folder', action='store_const', const='walk', default='cases')
+    arguments.add_argument('--cases', dest='folder', help=argparse.SUPPRESS)
     arguments.add_argument('-k', dest='pattern')
     arguments.add_argument('combinations', nargs='*', metavar='ARCHITECTURE:FAMILY[:WAY]')
     chosen = arguments.parse_args()
     if chosen.here:
-        return run_cases('walk' if chosen.walk else 'cases', chosen.pattern)
+        return run_cases(chosen.folder, chosen.pattern)
     sweep()
-    options = [*(['--walk'] if chosen.walk else []), *(['-k', chosen.pattern] if chosen.pattern else [])]
+    options = ['--cases', chosen.folder, *(['-k', chosen.pattern] if chosen.pattern else [])]
     with ThreadPoolExecutor(chosen.jobs) as pool:
         counts = list(pool.map(lambda combination: run_combination(combination, options),
                                chosen.combinations or COMBINATIONS))

@@ -19,7 +19,7 @@ from pe import Image  # noqa: E402
 
 COMPILER, SYMBOLS = 'i686-w64-mingw32-g++-win32', 'i686-w64-mingw32-nm'
 FLAGS = ['-std=c++20', '-Os', '-Wall', '-Wextra', '-Werror', '-D_WIN32_WINNT=0x0501']
-PROGRAM = ['Quillon.exe', 'Helmkit.dll', 'QLNCustom.dll']
+PROGRAM = ['Quillon.exe', 'QuillonReport.exe', 'Helmkit.dll', 'QLNCustom.dll']
 
 
 def text_symbols(file):

@@ -41,6 +41,8 @@ void forceFlavour(Flavour flavour);
     X(findFirstFile, FindFirstFile)                   \
     X(findNextFile, FindNextFile)                     \
     X(formatMessage, FormatMessage)                   \
+    X(getCommandLine, GetCommandLine)                 \
+    X(getComputerName, GetComputerName)               \
     X(getDateFormat, GetDateFormat)                   \
     X(getDriveType, GetDriveType)                     \
     X(getEnvironmentVariable, GetEnvironmentVariable) \
@@ -57,6 +59,7 @@ void forceFlavour(Flavour flavour);
     X(getTimeFormat, GetTimeFormat)                   \
     X(getVersionEx, GetVersionEx)                     \
     X(getVolumeInformation, GetVolumeInformation)     \
+    X(getUserName, GetUserName)                       \
     X(getWindowLongPtr, GetWindowLongPtr)             \
     X(getWindowsDirectory, GetWindowsDirectory)       \
     X(getWindowText, GetWindowText)                   \

@@ -3,6 +3,7 @@
 #include "win32/base/flavour.h"
 #include "win32/base/handle.h"
 #include "win32/files/files.h"
+#include "win32/files/local_files.h"
 #include "win32/system/desktop.h"
 #include "win32/system/system.h"
 
@@ -28,14 +29,6 @@ bool parse(const std::wstring& text, Reference& reference) {
     return true;
 }
 
-// A file on another machine is never opened just to show a name.
-bool isLocal(const std::wstring& path) {
-    bool hasDrive = path.size() > 3 && path[1] == L':' && path[2] == L'\\';
-    if (!hasDrive) return false;
-    UINT type = withFlavour([&](auto f) { return f.getDriveType(f.in(path.substr(0, 3))); });
-    return type == DRIVE_FIXED || type == DRIVE_RAMDISK || type == DRIVE_REMOVABLE || type == DRIVE_CDROM;
-}
-
 }  // namespace
 
 std::wstring displayedText(const std::wstring& text) {
@@ -43,6 +36,7 @@ std::wstring displayedText(const std::wstring& text) {
     if (!isNtFamily() || majorVersion() < 6 || !parse(text, reference)) return text;
     std::wstring path = expandEnvironment(reference.file);
     if (path.find(L'\\') == std::wstring::npos) path = systemFolder() + L"\\" + path;
+    // A file on another machine is never opened just to show a name.
     if (!isLocal(path)) return text;
     NoFileRedirection wholeSystem;
     return withFlavour([&]<class F>(F f) {

@@ -25,22 +25,6 @@ std::wstring asOpened(const std::wstring& path) {
     return path.find(L'.', name) == std::wstring::npos ? path + L'.' : path;
 }
 
-OwnedPages readBlock(const std::wstring& path, size_t& room) {
-    if (!isFullPath(path) || !fileExists(path)) return {};
-    NoFileRedirection off;
-    return withFlavour([&](auto f) {
-        const std::wstring file = asOpened(path);
-        DWORD ignored = 0;
-        DWORD size = f.getFileVersionInfoSize(f.in(file), &ignored);
-        if (size == 0 || size > largestBlock) return OwnedPages();
-        room = size + roomBehind;
-        // Pages of zeros, of which only those that are touched cost anything.
-        OwnedPages block(::VirtualAlloc(nullptr, room, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-        bool isRead = block && f.getFileVersionInfo(f.in(file), DWORD{0}, size, block.get());
-        return isRead ? std::move(block) : OwnedPages();
-    });
-}
-
 // What VerQueryValue points at, and how many items it may hold within the block. The length it tells is
 // a number of characters for strings and of bytes for the rest.
 template <class Item, class F>
@@ -71,8 +55,24 @@ bool isBlank(const std::wstring& text) {
 
 }  // namespace
 
+OwnedPages readVersionBlock(const std::wstring& path, size_t& room) {
+    if (!isFullPath(path) || !fileExists(path)) return {};
+    NoFileRedirection off;
+    return withFlavour([&](auto f) {
+        const std::wstring file = asOpened(path);
+        DWORD ignored = 0;
+        DWORD size = f.getFileVersionInfoSize(f.in(file), &ignored);
+        if (size == 0 || size > largestBlock) return OwnedPages();
+        room = size + roomBehind;
+        // Pages of zeros, of which only those that are touched cost anything.
+        OwnedPages block(::VirtualAlloc(nullptr, room, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+        bool isRead = block && f.getFileVersionInfo(f.in(file), DWORD{0}, size, block.get());
+        return isRead ? std::move(block) : OwnedPages();
+    });
+}
+
 VersionResource::VersionResource(const std::wstring& path, LANGID userLanguage)
-    : pages_(readBlock(path, room_)),
+    : pages_(readVersionBlock(path, room_)),
       block_(static_cast<const char*>(pages_.get()), pages_ ? room_ : 0),
       tables_(tableOrder(translationsOf(translationBytes(block_)), userLanguage, stringTableKeys(block_))) {}
 

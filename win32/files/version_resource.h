@@ -11,6 +11,10 @@
 
 namespace win32 {
 
+// The file's version block with room behind it for what Windows reads and writes there; `room` is the size of
+// both. Null for a file that is missing or has none.
+OwnedPages readVersionBlock(const std::wstring& path, size_t& room);
+
 class VersionResource {
   public:
     // Reads the file's version block once. A file that is missing or has none gives an object without

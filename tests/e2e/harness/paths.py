@@ -8,6 +8,7 @@ LOGS = BUILD / 'test-logs' / 'e2e'
 PREFIXES = BUILD / 'wine'
 IMITATION = BUILD / 'windows98'
 FIXTURES = BUILD / 'fixtures'
+REPORTS = BUILD / 'reports'
 
 
 def program_folder(architecture):

@@ -61,7 +61,7 @@ class Prefix:
 
     def put_program(self, windows_path, architecture):
         """The program folder without what a run may have left in it."""
-        for name in ['Quillon.exe', 'Helmkit.dll', 'QLNCustom.dll']:
+        for name in ['Quillon.exe', 'QuillonReport.exe', 'Helmkit.dll', 'QLNCustom.dll']:
             self.put(f'{windows_path}\\{name}', paths.program_folder(architecture) / name)
         return self.path(windows_path)
 

@@ -1,6 +1,6 @@
 """Ways to run the 32-bit program that show what Windows 98 would have refused.
 
-QUILLON_WINDOWS98 chooses one: `trace` records every call that leaves the program's three files and looks for one
+QUILLON_WINDOWS98 chooses one: `trace` records every call that leaves the program's files and looks for one
 that only exists on Windows 98; `imitation` runs the program on libraries that have what Windows 98 has, and fail
 where it fails.
 """
@@ -16,7 +16,7 @@ sys.path.insert(0, str(paths.TOP / 'tests' / 'windows98'))
 import libraries  # noqa: E402
 from pe import Image  # noqa: E402
 
-MODULES = ['Quillon.exe', 'Helmkit.dll', 'QLNCustom.dll']
+MODULES = ['Quillon.exe', 'QuillonReport.exe', 'Helmkit.dll', 'QLNCustom.dll']
 
 
 class Nothing:

@@ -132,8 +132,8 @@ std::string deleteTree(const Fields& fields) {
     return done();
 }
 
-// regprotect <hive> <key>: from now on everyone may read the key and nobody may write it
-std::string protect(const Fields& fields) {
+// From now on everyone may do the one thing with the key and nobody the other.
+std::string restrict(const Fields& fields, DWORD allowed, DWORD denied) {
     Key key(fields, KEY_ALL_ACCESS);
     SID_IDENTIFIER_AUTHORITY world = SECURITY_WORLD_SID_AUTHORITY;
     PSID everyone = nullptr;
@@ -141,8 +141,8 @@ std::string protect(const Fields& fields) {
     alignas(ACL) BYTE room[256];
     auto* acl = reinterpret_cast<ACL*>(room);
     ::InitializeAcl(acl, sizeof room, ACL_REVISION);
-    ::AddAccessDeniedAce(acl, ACL_REVISION, KEY_SET_VALUE | KEY_CREATE_SUB_KEY | DELETE, everyone);
-    ::AddAccessAllowedAce(acl, ACL_REVISION, KEY_READ | READ_CONTROL | WRITE_DAC, everyone);
+    ::AddAccessDeniedAce(acl, ACL_REVISION, denied, everyone);
+    ::AddAccessAllowedAce(acl, ACL_REVISION, allowed | READ_CONTROL | WRITE_DAC, everyone);
     SECURITY_DESCRIPTOR descriptor;
     ::InitializeSecurityDescriptor(&descriptor, SECURITY_DESCRIPTOR_REVISION);
     ::SetSecurityDescriptorDacl(&descriptor, TRUE, acl, FALSE);
@@ -150,6 +150,16 @@ std::string protect(const Fields& fields) {
     ::FreeSid(everyone);
     check(status, "RegSetKeySecurity");
     return done();
+}
+
+// regprotect <hive> <key>: everyone may read the key and nobody may write it
+std::string protect(const Fields& fields) {
+    return restrict(fields, KEY_READ, KEY_SET_VALUE | KEY_CREATE_SUB_KEY | DELETE);
+}
+
+// regconceal <hive> <key>: nobody may read the key
+std::string conceal(const Fields& fields) {
+    return restrict(fields, KEY_WRITE, KEY_QUERY_VALUE | KEY_ENUMERATE_SUB_KEYS | KEY_NOTIFY);
 }
 
 }  // namespace
@@ -161,7 +171,8 @@ void addRegistryCommands(Commands& commands) {
                      {L"regkeys", keys},
                      {L"regdelete", deleteValue},
                      {L"regdeletetree", deleteTree},
-                     {L"regprotect", protect}});
+                     {L"regprotect", protect},
+                     {L"regconceal", conceal}});
 }
 
 }  // namespace probe

@@ -1,6 +1,6 @@
 """One walk through everything that a user can do, in one run of the program."""
 from harness import seed
-from harness.case import Case, RUN
+from harness.case import Case, FOLDER, RUN
 from harness.program import BUTTON, LIST, PAGES
 from harness.waiting import wait_for
 
@@ -22,8 +22,8 @@ class Walk(Case):
         for step in [self.turn_all_pages, self.select_every_row, self.refresh_by_key, self.open_context_menu,
                      self.ask_for_properties, self.resize, self.delete_an_entry, self.refuse_a_protected_entry,
                      self.delete_a_package, self.set_a_place_back, self.refresh_by_menu, self.back_up,
-                     self.ask_for_a_companion, self.open_the_home_page, self.look_at_about, self.open_the_backups,
-                     self.leave]:
+                     self.write_a_report, self.ask_for_a_companion, self.open_the_home_page, self.look_at_about,
+                     self.open_the_backups, self.leave]:
             step()
 
     def names(self, page):
@@ -136,6 +136,17 @@ class Walk(Case):
         self.program.choose('t', 'r')
         self.answer('Windows Explorer window will be opened now. Double click on backup file to restore. ', 'OK')
         wait_for(lambda: self.program.windows_named('Backup'), "the folder's window")
+
+    def write_a_report(self):
+        """The other program of the folder, in every form and with everything it can tell."""
+        listed = len(self.tab_state())
+        for arguments, status in [('--format json --all --hash --save state --output out.json', 0),
+                                  ('--format csv --output out.csv', 0), ('--compare state --output out.txt', 0),
+                                  ('--no-such-option', 2)]:
+            pid = self.probe.ask('start', FOLDER + '\\QuillonReport.exe', FOLDER, arguments)['pid']
+            wait_for(lambda: not self.probe.ask('state', pid)['running'], 'the report')
+            self.assertEqual(self.probe.ask('state', pid)['code'], status, arguments)
+        self.assertGreater(len((self.folder / 'out.csv').read_bytes().splitlines()), listed // 2)
 
     def ask_for_a_companion(self):
         self.program.choose('t', 'm', 'c')
