@@ -154,8 +154,9 @@ for architecture in "${architectures[@]}"; do
     names+=("com_tests-$architecture" "script-$architecture")
 done
 step check scripts/check.sh
+step samples python3 tests/samples/run.py "${architectures[@]}"
 step bench quick_benchmark "${architectures[0]}"
-steps=(check bench support_request e2e)
+steps=(check samples bench support_request e2e)
 if [ ${#architectures[@]} = 2 ]; then
     step windows98 scripts/windows98.sh
     steps+=(windows98)
