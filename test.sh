@@ -155,8 +155,9 @@ for architecture in "${architectures[@]}"; do
 done
 step check scripts/check.sh
 step scripts python3 tests/scripts/run.py
+step samples python3 tests/samples/run.py "${architectures[@]}"
 step bench quick_benchmark "${architectures[0]}"
-steps=(check scripts bench support_request report e2e)
+steps=(check scripts samples bench support_request report e2e)
 if [ ${#architectures[@]} = 2 ]; then
     step windows98 scripts/windows98.sh
     steps+=(windows98)

@@ -4,6 +4,7 @@
 The last line is `N passed, N failed, N skipped`.
 """
 import os
+import shutil
 import subprocess
 import sys
 from pathlib import Path
@@ -30,7 +31,8 @@ class Windows:
     def __init__(self, architecture):
         self.architecture = architecture
         self.prefix = Prefix(f'e2e-samples-{architecture}-{os.getpid()}', 'winxp')
-        # A 32-bit library wants 32-bit hosts.
+        # A 32-bit library wants 32-bit hosts, and `wine` takes those of 32 bits where there are two.
+        self.loader = 'wine' if architecture == 'x86' else shutil.which('wine64') or '/usr/lib/wine/wine64'
         self.system = 'C:\\windows\\' + ('syswow64' if architecture == 'x86' else 'system32')
         library = paths.program_folder(architecture) / 'Helmkit.dll'
         self.prefix.put('C:\\Quillon\\Helmkit.dll', library)
@@ -40,8 +42,8 @@ class Windows:
             self.run(f'{self.system}\\reg.exe', 'add', RUN, '/v', name, '/d', command, '/f')
 
     def run(self, *command):
-        return subprocess.run(['wine', *command], env=self.prefix.environment, capture_output=True, text=True,
-                              timeout=120).stdout.replace('\r', '')
+        return subprocess.run([self.loader, *command], env=self.prefix.environment, capture_output=True, text=True,
+                              timeout=300).stdout.replace('\r', '')
 
     def output_of(self, sample):
         if sample.endswith('.exe'):
