@@ -5,13 +5,11 @@
 #include "app/backup.h"
 #include "app/main_menu.h"
 #include "app/start_up.h"
-#include "qlncustom.h"
 #include "resources/resource_ids.h"
 #include "tests/support/failing_classes.h"
 #include "tests/support/page_fixture.h"
 #include "tests/support/small_category.h"
 #include "win32/system/resources.h"
-#include "win32/system/system.h"
 #include "win32/windows/menu.h"
 
 namespace {
@@ -39,54 +37,8 @@ const win32::ComClass recordingTable[] = {
     {&CLSID_RegistryAccess, L"", win32::createObject<RecordingRegistryAccess>}};
 const win32::ComModule recordingModule = {recordingTable, 1, &LIBID_Helmkit, 2, 1};
 
-// A plug-in of this process: it may replace the logger, and knows whether it is still there.
-struct PlugIn {
-    static inline IDispatch* replacement = nullptr;
-    static inline int alive = 0;
-
-    class Object : public win32::CountedObject<IDispatch> {
-      public:
-        Object() { ++alive; }
-        ~Object() override { --alive; }
-        STDMETHODIMP QueryInterface(REFIID iid, void** object) override {
-            *object = iid == IID_IUnknown || iid == IID_IDispatch ? this : nullptr;
-            if (*object) AddRef();
-            return *object ? S_OK : E_NOINTERFACE;
-        }
-        STDMETHODIMP GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
-        STDMETHODIMP GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-        STDMETHODIMP GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
-            ids[0] = 1;
-            return std::wstring(names[0]) == L"Init" ? S_OK : DISP_E_UNKNOWNNAME;
-        }
-        STDMETHODIMP Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT*, EXCEPINFO*,
-                            UINT*) override {
-            VARIANT& argument = parameters->rgvarg[0];
-            if (argument.vt != (VT_BYREF | VT_DISPATCH)) return DISP_E_TYPEMISMATCH;
-            if (replacement) {
-                if (*argument.ppdispVal) (*argument.ppdispVal)->Release();
-                *argument.ppdispVal = replacement;
-                replacement->AddRef();
-            }
-            return S_OK;
-        }
-    };
-
-    static HRESULT create(REFIID iid, void** object) { return win32::createObject<Object>(iid, object); }
-    static inline const win32::ComClass table[] = {{&CLSID_CCustom2, L"QLNCustom.CCustom2", create}};
-    static inline const win32::ComModule module = {table, 1, &LIBID_QLNCustom, 2, 1};
-};
-
 struct Window : PageFixture {
     std::wstring logged() { return win32::fromAnsi(TempFolder::read(folder.file(L"QLN.log"))); }
-    // CLSIDFromProgID looks in the registry, the class itself is this process's own.
-    void offerPlugIn() {
-        wchar_t clsid[39];
-        ::StringFromGUID2(CLSID_CCustom2, clsid, 39);
-        registry.setString(HKEY_CLASSES_ROOT, L"QLNCustom.CCustom2\\CLSID", L"", clsid);
-        classes.offer(CLSID_CCustom2, PlugIn::module);
-    }
-    ~Window() { PlugIn::replacement = nullptr; }
 };
 
 std::vector<std::wstring> captions(HMENU menu) {
@@ -137,31 +89,6 @@ TEST_CASE_FIXTURE(Window, "the backup asks for its 24 keys and values in their o
                                L"HKLM " + cv + L"RunOnceEx",
                                L"HKCU " + cv + L"RunOnceEx"};
     CHECK(asked() == expected);
-}
-
-TEST_CASE_FIXTURE(Window,
-                  "the plug-in is asked before the check, may replace the logger, and is released at once") {
-    if (win32::isRedirected()) return;  // CLSIDFromProgID does not see the fixture there (docs/testing.md)
-    offerPlugIn();
-    helmkit::Logger logger;
-    CHECK(app::initialize(logger, folder.path(), [](const std::wstring&) { CHECK(PlugIn::alive == 0); }));
-    CHECK(log.lines.empty());
-    PlugIn::replacement = &log;
-    std::wstring title;
-    CHECK(app::initialize(logger, folder.path(), [&](const std::wstring& text) { title = text; }));
-    CHECK(title == L"Quillon");
-    CHECK(logger.object() == &log);
-    CHECK(PlugIn::alive == 0);
-    // The library gone: the replacement's log holds the message.
-    classes.revoke();
-    classes.offer(CLSID_LogWriter);
-    classes.offer(CLSID_CCustom2, PlugIn::module);
-    desktop.messageBoxAnswers = {IDOK};
-    CHECK_FALSE(app::initialize(logger, folder.path(), [](const std::wstring&) {}));
-    REQUIRE(log.lines.size() == 1);
-    CHECK(log.lines[0].text.find(L"Component 'Helmkit.dll' or one of its dependencies") == 0);
-    CHECK(log.lines[0].level == 4);
-    logger = helmkit::Logger();
 }
 
 TEST_CASE_FIXTURE(Window, "the start of Windows is told in whole seconds, across days") {

@@ -39,6 +39,15 @@ class Components(Case):
         self.assertIn("Run: 'Gone', 'Not specified', 'C:\\nowhere\\gone.exe'", replaced)
         self.assertNotIn('start app', replaced)
 
+    def test_the_plug_in_runs_before_the_check(self):
+        """So the message of a library that is gone goes where the plug-in's logger writes."""
+        self.prefix.put('C:\\Quillon\\QLNCustom.dll', paths.built(self.architecture, 'replacing_plugin', 'QLNCustom.dll'))
+        (self.folder / 'Helmkit.dll').unlink()
+        self.assert_ends_with_message('Helmkit.dll')
+        replaced = (self.folder / 'replaced.log').read_text(encoding='utf-8')
+        self.assertIn(self.message('Helmkit.dll'), replaced)
+        self.assertFalse((self.folder / 'QLN.log').exists())
+
     def test_a_plug_in_that_fails(self):
         """The start goes on, with one line of level 0 at the end of the first procedure."""
         self.prefix.put('C:\\Quillon\\QLNCustom.dll', paths.built(self.architecture, 'failing_plugin', 'QLNCustom.dll'))
