@@ -14,7 +14,7 @@ std::wstring harmless(std::wstring text) {
 }
 
 std::wstring cell(std::wstring_view raw) {
-    const std::wstring text = harmless(writable(raw));
+    std::wstring text = harmless(writable(raw));
     if (text.find_first_of(L",\"\r\n") == std::wstring::npos) return text;
     std::wstring quoted = L"\"";
     for (wchar_t c : text) quoted.append(c == L'"' ? 2 : 1, c);

@@ -45,7 +45,7 @@ std::wstring placeText(const Entry& entry) {
 }
 
 std::wstring valueText(const Entry& entry, Field field) {
-    const std::wstring text = printable(entry.text(field));
+    std::wstring text = printable(entry.text(field));
     if (field == Field::size) return text + L" bytes";
     if (field == Field::command && entry[Field::commandType])
         return text + L"  (" + entry.text(Field::commandType) + L')';
