@@ -61,9 +61,9 @@ class Installation:
         self.wake()
 
     def wake(self):
+        # The first program waits until this Windows has started: one that is ended before never ends.
+        subprocess.run(['wine', 'cmd', '/c', 'exit'], env=self.prefix.environment, timeout=300)
         self.probe = Probe(paths.probe(self.kind.architecture), self.prefix.environment)
-        # Answers when this Windows has started: one that is ended before never ends.
-        self.probe.ask('version')
 
     def sleep(self):
         """Ends the session, so that the registry stands in its files."""
