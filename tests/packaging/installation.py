@@ -3,11 +3,14 @@ import os
 import re
 import subprocess
 from dataclasses import dataclass
+from functools import partial
 
-from harness import paths
+from harness import paths, waiting
 from harness.prefix import Prefix
 from harness.probe import Probe
-from harness.waiting import wait_for
+
+# Windows here starts several times in a case, and the uninstaller goes on as another program.
+wait_for = partial(waiting.wait_for, patience=150)
 
 
 @dataclass(frozen=True)
