@@ -3,11 +3,14 @@ import os
 import re
 import subprocess
 from dataclasses import dataclass
+from functools import partial
 
-from harness import paths
+from harness import paths, waiting
 from harness.prefix import Prefix
 from harness.probe import Probe
-from harness.waiting import wait_for
+
+# Windows here starts several times in a case, and the uninstaller goes on as another program.
+wait_for = partial(waiting.wait_for, patience=150)
 
 
 @dataclass(frozen=True)
@@ -61,9 +64,9 @@ class Installation:
         self.wake()
 
     def wake(self):
+        # The first program waits until this Windows has started: one that is ended before never ends.
+        subprocess.run(['wine', 'cmd', '/c', 'exit'], env=self.prefix.environment, timeout=300)
         self.probe = Probe(paths.probe(self.kind.architecture), self.prefix.environment)
-        # Answers when this Windows has started: one that is ended before never ends.
-        self.probe.ask('version')
 
     def sleep(self):
         """Ends the session, so that the registry stands in its files."""

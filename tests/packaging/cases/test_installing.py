@@ -5,8 +5,7 @@ import unittest
 
 from harness import paths
 from harness.program import Program
-from harness.waiting import wait_for
-from installation import FOLDER, Installation, SHORTCUT, WINDOWS
+from installation import FOLDER, Installation, SHORTCUT, WINDOWS, wait_for
 
 NAME = os.environ['QUILLON_WINDOWS']
 KIND = WINDOWS[NAME]
