@@ -1,6 +1,7 @@
 """A case that runs the report program and reads what it puts out."""
 import json
 import subprocess
+import tempfile
 from typing import NamedTuple
 
 from harness import paths
@@ -26,9 +27,13 @@ class Ran(NamedTuple):
 
 class ReportCase(Case):
     def report(self, *arguments):
-        done = subprocess.run(['wine', PROGRAM, *arguments], env=self.prefix.environment, capture_output=True,
-                              stdin=subprocess.DEVNULL, timeout=300)
-        return Ran(done.returncode, done.stdout, done.stderr.decode('utf-8', 'replace'))
+        # Files, not pipes: programs that Wine starts for itself hold a pipe open after the report has ended.
+        with tempfile.TemporaryFile() as output, tempfile.TemporaryFile() as errors:
+            status = subprocess.call(['wine', PROGRAM, *arguments], env=self.prefix.environment, stdin=subprocess.DEVNULL,
+                                     stdout=output, stderr=errors, timeout=300)
+            for stream in (output, errors):
+                stream.seek(0)
+            return Ran(status, output.read(), errors.read().decode('utf-8', 'replace'))
 
     def json_report(self, *arguments):
         ran = self.report('--format', 'json', *arguments)

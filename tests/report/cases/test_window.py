@@ -33,7 +33,7 @@ class Window(ReportCase):
         self.probe.set_value('HKLM', f'{SERVICES}\\known', 'ImagePath', 'system32\\drivers\\cdrom.sys')
 
     def rows(self, category):
-        """(name, maker or value, sign, file) of each row; the log alone has the files."""
+        """(name, maker or value, sign, file) of each row; the log alone has the files, line feeds as signs."""
         page, word = PAGES[category]
         logged = [text for text in self.tab_state() if text.startswith(word + ': ')]
         files = [''] * len(logged)
@@ -51,7 +51,7 @@ class Window(ReportCase):
         # An ordinary Winlogon package has the sign of a changed place.
         ordinary = EXCLAMATION_I if entry['category'] == 'winlogon' else QUESTION_IE
         sign = CHECK_OK if entry['state'] == 'protected' else ordinary
-        return entry['name'], entry.get('maker', 'Not specified'), sign, entry.get('file', '')
+        return entry['name'], entry.get('maker', 'Not specified'), sign, entry.get('file', '').replace('\n', '␊')
 
     def test_every_field_of_every_row(self):
         self.seed()
