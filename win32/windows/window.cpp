@@ -28,7 +28,11 @@ void registerClass(const std::wstring& className, WNDPROC procedure) {
 }  // namespace
 
 void reportCurrentError() noexcept {
-    if (errorSink) errorSink(currentError());
+    try {
+        if (errorSink) errorSink(currentError());
+    } catch (...) {
+        // A sink that fails has nobody left to tell.
+    }
 }
 
 void setWindowErrorSink(void (*sink)(const Error&)) {
