@@ -22,8 +22,12 @@ class Enumerator : public win32::SingleInterfaceObject<IEnumVARIANT, &IID_IEnumV
                 ::VariantInit(&item);
             }
         });
+        if (FAILED(outcome)) {
+            position_ -= static_cast<LONG>(count);
+            while (count) ::VariantClear(&items[--count]);
+            return outcome;
+        }
         if (fetched) *fetched = count;
-        if (FAILED(outcome) && count == 0) return outcome;
         return count == wanted ? S_OK : S_FALSE;
     }
     STDMETHODIMP Skip(ULONG count) override {

@@ -18,7 +18,8 @@ class Sequence {
     ~Sequence() = default;
 };
 
-// An enumerator at the first item. It serves as many items per call as are asked for.
+// An enumerator at the first item. It serves as many items per call as are asked for. A call in which an item
+// fails gives none and stays where it was.
 win32::ComPtr<IEnumVARIANT> newEnumerator(Sequence& sequence, LONG position = 0);
 
 }  // namespace helmkit::server

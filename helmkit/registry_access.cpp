@@ -29,12 +29,22 @@ bool isMissing(LONG error) {
 
 LONG writeString(HKEY hive, const std::wstring& path, const std::wstring& name, const std::wstring& text) {
     win32::RegistryKey key;
-    if (LONG error = key.create(hive, path, KEY_QUERY_VALUE | KEY_SET_VALUE)) return error;
+    if (LONG error = key.createPlace(hive, path, KEY_QUERY_VALUE | KEY_SET_VALUE)) return error;
     win32::RegistryValue present;
     bool keepsType =
         !key.query(name, present) && (present.type == REG_EXPAND_SZ || present.type == REG_MULTI_SZ);
     DWORD type = keepsType ? present.type : REG_SZ;
     return key.set(name, type, dataOfString(type, text));
+}
+
+// The place is the key above it. One that is a link itself is deleted as such.
+LONG deleteBelowItsPlace(HKEY hive, const std::wstring& path) {
+    const std::wstring cut = path.substr(0, path.find_last_not_of(L'\\') + 1);
+    const size_t end = cut.rfind(L'\\');
+    if (end == std::wstring::npos) return win32::deleteKeyTree(hive, cut);
+    win32::RegistryKey place;
+    if (LONG error = place.openPlace(hive, cut.substr(0, end), KEY_READ)) return error;
+    return win32::deleteKeyTree(place.get(), cut.substr(end + 1));
 }
 
 // The text of an export as the caller gets it: there are two of it for a moment. Where memory is short for
@@ -80,7 +90,8 @@ STDMETHODIMP RegistryAccess::DeleteValue(LONG hive, BSTR keyPath, BSTR valueName
     return method([&] {
         forgetKey();
         win32::RegistryKey key;
-        LONG error = key.open(hiveOf(hive), win32::BString::copy(keyPath), KEY_QUERY_VALUE | KEY_SET_VALUE);
+        LONG error =
+            key.openPlace(hiveOf(hive), win32::BString::copy(keyPath), KEY_QUERY_VALUE | KEY_SET_VALUE);
         win32::result(status) = error ? error : key.deleteValue(win32::BString::copy(valueName));
     });
 }
@@ -96,7 +107,7 @@ STDMETHODIMP RegistryAccess::EnumValues(LONG hive, BSTR keyPath, IKeyedList** na
 STDMETHODIMP RegistryAccess::DeleteKey(LONG hive, BSTR keyPath, LONG* status) {
     return method([&] {
         forgetKey();
-        win32::result(status) = win32::deleteKeyTree(hiveOf(hive), win32::BString::copy(keyPath));
+        win32::result(status) = deleteBelowItsPlace(hiveOf(hive), win32::BString::copy(keyPath));
     });
 }
 

@@ -9,7 +9,8 @@
 namespace helmkit::server {
 
 // IRegistryAccess. Reading raises what is neither success nor absence nor a refused name; writing and
-// deleting raise nothing but wrong arguments and tell the Win32 error.
+// deleting raise nothing but wrong arguments and tell the Win32 error. They do not go through a place that is
+// a registry link (win32::linkRefused): the key of a value, the key above a key to delete. Reading does.
 class RegistryAccess : public win32::AutomationObject<IRegistryAccess, &IID_IRegistryAccess> {
   public:
     STDMETHODIMP ReadValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR* data, LONG* status) override;

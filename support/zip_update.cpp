@@ -75,6 +75,11 @@ void ZipUpdate::add() {
                               options_.IncludeSystemAndHiddenFiles,
                               archive_};
     const std::vector<ZipInput> inputs = findInputs(specs_, search);
+    // Before the archive is touched: written anew with nothing to hold, it would go.
+    if (inputs.empty()) {
+        win32::raise(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
+                     L"No file was found to be stored in " + archive_);
+    }
     if (options_.Encrypt) askPassword();
     const bool keeps = options_.AllowAppend || options_.UpdateOnlyIfNewer || options_.FreshenFiles;
     open(options_.FreshenFiles ? 0 : keeps ? ZIP_CREATE : ZIP_CREATE | ZIP_TRUNCATE);

@@ -19,8 +19,16 @@ void Logger::OpenLogs(const std::wstring& fullLog, const std::wstring& shortLog)
     check(writer->OpenLogs(InString(fullLog).get(), InString(shortLog).get()));
 }
 
-void Logger::WriteLog(LONG code, const std::wstring& text, LONG level, const std::wstring& source) const {
-    if (!object_) win32::raise(E_POINTER, L"There is no logger");
+void Logger::WriteLog(LONG code, const std::wstring& text, LONG level,
+                      const std::wstring& source) const noexcept {
+    try {
+        if (object_) write(code, text, level, source);
+    } catch (...) {
+        // No procedure ends by its logger.
+    }
+}
+
+void Logger::write(LONG code, const std::wstring& text, LONG level, const std::wstring& source) const {
     if (auto writer = object_.as<ILogWriter>(IID_ILogWriter)) {
         check(writer->WriteLog(code, InString(text).get(), level, InString(source).get()));
         return;

@@ -24,12 +24,14 @@ class Logger {
     // Only for the library's own logger. When it throws, every later line is dropped.
     void OpenLogs(const std::wstring& fullLog, const std::wstring& shortLog) const;
 
-    // Throws when there is no logger or it refuses.
-    void WriteLog(LONG code, const std::wstring& text, LONG level, const std::wstring& source) const;
+    // Raises nothing: without a logger, or where it refuses, the line is lost and the caller goes on.
+    void WriteLog(LONG code, const std::wstring& text, LONG level, const std::wstring& source) const noexcept;
 
     IDispatch* object() const { return object_.get(); }
 
   private:
+    void write(LONG code, const std::wstring& text, LONG level, const std::wstring& source) const;
+
     win32::ComPtr<IDispatch> object_;
 };
 

@@ -75,14 +75,16 @@ std::vector<Record> RecordList::records() const {
     ComPtr<IUnknown> walker;
     check(object_->get__NewEnum(walker.out()));
     auto items = walker.as<IEnumVARIANT>(IID_IEnumVARIANT);
-    Variant item;
-    ULONG fetched = 0;
-    while (items->Next(1, item.out(), &fetched) == S_OK && fetched == 1) {
+    if (!items) win32::raise(E_NOINTERFACE, L"The list cannot be walked");
+    for (;;) {
+        Variant item;
+        ULONG fetched = 0;
+        check(items->Next(1, &item, &fetched));
+        if (fetched != 1) return result;
         ComPtr<IRecord> record;
         check(item.pdispVal->QueryInterface(IID_IRecord, reinterpret_cast<void**>(record.out())));
         result.emplace_back(record);
     }
-    return result;
 }
 
 }  // namespace helmkit

@@ -17,6 +17,7 @@ std::vector<std::wstring> texts(const ComPtr<IKeyedList>& list) {
     ComPtr<IUnknown> walker;
     check(list->get__NewEnum(walker.out()));
     auto items = walker.as<IEnumVARIANT>(IID_IEnumVARIANT);
+    if (!items) win32::raise(E_NOINTERFACE, L"The list cannot be walked");
     Variant batch[64];
     ULONG fetched = 0;
     do {

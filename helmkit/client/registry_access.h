@@ -29,7 +29,8 @@ class RegistryAccess {
     Value ReadValue(LONG hive, const std::wstring& keyPath, const std::wstring& valueName);
     // The registry's type number, -1 when the value is missing.
     LONG ValueType(LONG hive, const std::wstring& keyPath, const std::wstring& valueName);
-    // These three give a Win32 error code, 0 on success.
+    // These three give a Win32 error code, 0 on success. They change nothing where the value's key, or the
+    // key above the one to delete, is a registry link.
     LONG WriteValue(LONG hive, const std::wstring& keyPath, const std::wstring& valueName,
                     const std::wstring& data);
     LONG DeleteValue(LONG hive, const std::wstring& keyPath, const std::wstring& valueName);

@@ -1,9 +1,13 @@
 #include <doctest/doctest.h>
 
+#include "helmkit/client/records.h"
+#include "helmkit/client/registry_access.h"
 #include "helmkit/keyed_list.h"
 #include "helmkit/record_list.h"
+#include "helmkit/registry_access.h"
 #include "tests/support/objects.h"
 #include "tests/support/processor_time.h"
+#include "win32/com/com_module.h"
 
 namespace {
 
@@ -251,4 +255,81 @@ TEST_CASE_FIXTURE(Records, "a field takes strings and numbers, and a missing one
     win32::ComPtr<IField> missing;
     CHECK(record->Field(bs(L"x").get(), missing.out()) == E_INVALIDARG);
     CHECK_FALSE(missing);
+}
+
+namespace {
+
+// Has three items, of which the one at `broken` cannot be given.
+struct BrokenSequence : helmkit::server::Sequence {
+    explicit BrokenSequence(LONG broken) : broken(broken) {}
+    LONG length() override { return 3; }
+    win32::Variant itemAt(LONG position) override {
+        if (position == broken) win32::raise(E_ABORT, L"The item cannot be given");
+        return win32::Variant(std::wstring(L"item"));
+    }
+    IUnknown* owner() override { return static_cast<IKeyedList*>(list.get()); }
+
+    LONG broken;
+    win32::ComPtr<helmkit::server::KeyedList> list = make<helmkit::server::KeyedList>();
+};
+
+struct BrokenKeyedList : helmkit::server::KeyedList {
+    STDMETHODIMP get__NewEnum(IUnknown** enumerator) override {
+        *enumerator = helmkit::server::newEnumerator(sequence).release();
+        return S_OK;
+    }
+    BrokenSequence sequence{1};
+};
+
+struct BrokenRegistry : helmkit::server::RegistryAccess {
+    STDMETHODIMP EnumValues(LONG, BSTR, IKeyedList** names) override {
+        *names = make<BrokenKeyedList>().release();
+        return S_OK;
+    }
+};
+
+struct BrokenRecordList : helmkit::server::RecordList {
+    STDMETHODIMP get__NewEnum(IUnknown** enumerator) override {
+        *enumerator = helmkit::server::newEnumerator(sequence).release();
+        return S_OK;
+    }
+    BrokenSequence sequence{0};
+};
+
+// In the place of the library's class, for this process.
+class OfferedClass {
+  public:
+    OfferedClass(const CLSID& clsid, HRESULT (*create)(REFIID, void**)) : class_{&clsid, L"", create} {
+        win32::ComPtr<IUnknown> factory;
+        REQUIRE(win32::getClassObject({&class_, 1, nullptr, 0, 0}, clsid, IID_IUnknown,
+                                      reinterpret_cast<void**>(factory.out())) == S_OK);
+        REQUIRE(::CoRegisterClassObject(clsid, factory.get(), CLSCTX_INPROC_SERVER, REGCLS_MULTIPLEUSE,
+                                        &cookie_) == S_OK);
+    }
+    ~OfferedClass() { ::CoRevokeClassObject(cookie_); }
+
+  private:
+    win32::ComClass class_;
+    DWORD cookie_ = 0;
+};
+
+}  // namespace
+
+TEST_CASE("a walk that fails in its middle is an error and gives nothing of that call") {
+    BrokenSequence sequence(1);
+    auto walk = helmkit::server::newEnumerator(sequence);
+    win32::Variant items[3];
+    ULONG fetched = 9;
+    CHECK(walk->Next(3, items, &fetched) == E_ABORT);
+    CHECK(fetched == 0);
+    for (const win32::Variant& item : items) CHECK(item.vt == VT_EMPTY);
+    CHECK(walk->Next(1, items, &fetched) == S_OK);
+    CHECK(walk->Next(1, &items[1], &fetched) == E_ABORT);
+}
+
+TEST_CASE("callers of a list that cannot be walked to its end are told so") {
+    OfferedClass registry(CLSID_RegistryAccess, win32::createObject<BrokenRegistry>);
+    OfferedClass records(CLSID_RecordList, win32::createObject<BrokenRecordList>);
+    CHECK_THROWS_AS(helmkit::RegistryAccess().EnumValues(helmkit::HKLM, L"k"), win32::Error);
+    CHECK_THROWS_AS(helmkit::RecordList().records(), win32::Error);
 }

@@ -76,6 +76,68 @@ TEST_CASE_FIXTURE(Services, "messages take arrays of values, strings or numbers,
     CHECK(format(L"%1", Array(VT_VARIANT, 0)) == L"%1");
 }
 
+TEST_CASE_FIXTURE(Services,
+                  "arguments of every type are converted one by one, what has no text is an error") {
+    Array decimals(VT_DECIMAL, 3);
+    DECIMAL decimal = {};
+    decimal.Lo64 = 12345;
+    decimal.scale = 2;
+    for (LONG i : {0L, 1L, 2L}) decimals.put(i, &decimal);
+    CHECK(format(L"%1 %2 %3 %4", decimals) == L"123.45 123.45 123.45 %4");
+    Array currencies(VT_CY, 1), doubles(VT_R8, 1), flags(VT_BOOL, 1), bytes(VT_UI1, 1), dates(VT_DATE, 1);
+    CY currency;
+    currency.int64 = 15000;
+    currencies.put(0, &currency);
+    CHECK(format(L"%1", currencies) == L"1.5");
+    double half = 0.5;
+    doubles.put(0, &half);
+    CHECK(format(L"%1", doubles) == L"0.5");
+    VARIANT_BOOL yes = VARIANT_TRUE;
+    flags.put(0, &yes);
+    CHECK(format(L"%1", flags) == L"-1");
+    BYTE byte = 200;
+    bytes.put(0, &byte);
+    CHECK(format(L"%1", bytes) == L"200");
+    double day = 1;
+    dates.put(0, &day);
+    CHECK(format(L"%1", dates) == L"12/31/1899");
+}
+
+TEST_CASE_FIXTURE(Services, "arguments without a text and arrays that are not what they claim are refused") {
+    auto refused = [&](VARIANT& arguments) {
+        win32::BString result;
+        return FAILED(system->FormatMessage(bs(L"%1").get(), arguments, result.out())) && !result.get();
+    };
+    Array decimals(VT_DECIMAL, 2), numbers(VT_I4, 2), objects(VT_UNKNOWN, 1);
+    for (VARTYPE claimed :
+         {VT_RECORD, VT_I4, VT_BSTR, VT_VARIANT, VT_I2, VT_LPWSTR, VT_CLSID, VT_EMPTY, VT_NULL}) {
+        CAPTURE(claimed);
+        VARIANT lying;
+        lying.vt = static_cast<VARTYPE>(VT_ARRAY | claimed);
+        lying.parray = decimals.parray;
+        CHECK(refused(lying));
+    }
+    VARIANT lying;
+    lying.parray = numbers.parray;
+    for (VARTYPE claimed : {VT_BSTR, VT_DISPATCH, VT_UNKNOWN, VT_R8}) {
+        CAPTURE(claimed);
+        lying.vt = static_cast<VARTYPE>(VT_ARRAY | claimed);
+        CHECK(refused(lying));
+    }
+    win32::ComPtr<helmkit::server::SystemServices> object = system;
+    objects.put(0, static_cast<IUnknown*>(static_cast<ISystemServices*>(object.get())));
+    CHECK(refused(objects));
+    VARIANT single;
+    for (int type :
+         {int{VT_RECORD}, VT_BYREF | VT_RECORD, VT_BYREF | VT_I4, VT_BYREF | VT_BSTR, VT_BYREF | VT_VARIANT,
+          VT_BYREF | VT_ARRAY | VT_I4, int{VT_CLSID}, int{VT_LPSTR}, 0x4FFF}) {
+        CAPTURE(type);
+        ::VariantInit(&single);
+        single.vt = static_cast<VARTYPE>(type);
+        CHECK(refused(single));
+    }
+}
+
 TEST_CASE_FIXTURE(Services, "arguments of two dimensions are refused") {
     SAFEARRAYBOUND bounds[2] = {{1, 0}, {1, 0}};
     win32::Variant table;
@@ -90,6 +152,10 @@ TEST_CASE_FIXTURE(Services, "environment references are replaced, unknown ones s
     CHECK(expand(L"a %QuillonTest% b") == L"a value b");
     CHECK(expand(L"%quillontest%%QUILLONTEST%") == L"valuevalue");
     CHECK(expand(L"%no such variable%") == L"%no such variable%");
+    REQUIRE(::SetEnvironmentVariableW(L"QuillonEmpty", L""));
+    CHECK(expand(L"a%QuillonEmpty%b%QuillonEmpty%") == L"ab");
+    CHECK(expand(L"%%") == L"%%");
+    CHECK(expand(std::wstring(L"%QuillonTest\0x%", 15)) == std::wstring(L"%QuillonTest\0x%", 15));
     CHECK(expand(L"100%") == L"100%");
     CHECK(expand(L"") == L"");
     std::wstring text;

@@ -67,6 +67,31 @@ TEST_CASE("every option is off at first") {
     CHECK(zip.FileSpecCount() == 0);
 }
 
+TEST_CASE_FIXTURE(Zipper, "a list that finds no file is an error and leaves the archive as it is") {
+    TempFolder::write(archive, "no zip at all");
+    zip.AddFileSpec(folder.file(L"*.nothing"));
+    for (bool append : {false, true}) {
+        zip.AllowAppend = append;
+        CHECK(failure() == win32Failure(ERROR_FILE_NOT_FOUND));
+        CHECK(TempFolder::read(archive) == "no zip at all");
+    }
+    ::DeleteFileW(archive.c_str());
+    CHECK(failure() == win32Failure(ERROR_FILE_NOT_FOUND));
+    CHECK(folder.count() == 0);
+}
+
+TEST_CASE_FIXTURE(Zipper, "files that are found but not newer, or not there to freshen, are no error") {
+    zip.AddFileSpec(file(L"a.txt"));
+    REQUIRE(failure() == 0);
+    zip.UpdateOnlyIfNewer = true;
+    CHECK(failure() == 0);
+    zip.UpdateOnlyIfNewer = false;
+    zip.FreshenFiles = true;
+    zip.AddFileSpec(file(L"b.txt"));
+    CHECK(failure() == 0);
+    CHECK(names() == Names{"a.txt"});
+}
+
 TEST_CASE("the list of specifications is one-based and can be emptied") {
     support::cZip zip;
     CHECK(zip.AddFileSpec(L"a") == 1);

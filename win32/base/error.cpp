@@ -31,7 +31,9 @@ void raiseLastError(const std::wstring& what) {
     raiseWin32(::GetLastError(), what);
 }
 
-Error currentError() noexcept {
+namespace {
+
+Error described() {
     try {
         throw;
     } catch (const Error& error) {
@@ -44,6 +46,29 @@ Error currentError() noexcept {
     } catch (...) {
         return Error(E_UNEXPECTED, L"Unexpected error");
     }
+}
+
+long numberOfCurrent() noexcept {
+    try {
+        throw;
+    } catch (const Error& error) {
+        return error.number;
+    } catch (const std::bad_alloc&) {
+        return E_OUTOFMEMORY;
+    } catch (...) {
+        return E_UNEXPECTED;
+    }
+}
+
+}  // namespace
+
+Error currentError() noexcept {
+    try {
+        return described();
+    } catch (...) {
+        // This exception is handled here: the one asked about is current again behind this block.
+    }
+    return Error(numberOfCurrent(), {});
 }
 
 }  // namespace win32

@@ -26,7 +26,8 @@ std::wstring systemDescription(DWORD code);
 
 [[noreturn]] void raise(HRESULT number, std::wstring description);
 
-// Describes the exception being handled: an Error as it is, memory shortage and others by their nature.
+// Describes the exception being handled: an Error as it is, memory shortage and others by their nature. Where
+// there is no memory left for the description, it is empty.
 Error currentError() noexcept;
 
 }  // namespace win32

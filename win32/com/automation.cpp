@@ -50,6 +50,9 @@ bool isNothing(const VARIANT& value) {
 }
 
 std::wstring valueText(const VARIANT& value) {
+    const bool leadsNowhere = (value.vt & VT_BYREF) && !value.byref;
+    if (leadsNowhere || (value.vt & VT_TYPEMASK) == VT_RECORD)
+        raise(DISP_E_TYPEMISMATCH, L"A value of this type has no text");
     Variant direct;
     check(::VariantCopyInd(&direct, const_cast<VARIANT*>(&value)));
     return isNothing(direct) ? std::wstring() : BString::copy(converted(direct, VT_BSTR).bstrVal);

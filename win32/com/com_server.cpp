@@ -29,8 +29,8 @@ ComPtr<ITypeLib> moduleTypeLibrary() {
 }
 
 HRESULT reportCurrentError(REFIID iid) noexcept {
+    const Error error = currentError();
     try {
-        Error error = currentError();
         ComPtr<ICreateErrorInfo> creator;
         if (SUCCEEDED(::CreateErrorInfo(creator.out()))) {
             BString description(error.description);
@@ -38,11 +38,10 @@ HRESULT reportCurrentError(REFIID iid) noexcept {
             creator->SetDescription(description.get());
             if (auto info = creator.as<IErrorInfo>(IID_IErrorInfo)) ::SetErrorInfo(0, info.get());
         }
-        return error.number;
     } catch (...) {
         // No room to describe it.
-        return E_OUTOFMEMORY;
     }
+    return error.number;
 }
 
 }  // namespace win32

@@ -13,14 +13,15 @@ namespace {
 const DWORD notThere = INVALID_FILE_ATTRIBUTES;
 const DWORD pathRoom = 2000;
 
-OwnedFile opened(const std::wstring& path, DWORD access, DWORD disposition) {
+OwnedFile opened(const std::wstring& path, DWORD access, DWORD disposition,
+                 DWORD flags = FILE_ATTRIBUTE_NORMAL) {
     NoFileRedirection off;
     HANDLE file = INVALID_HANDLE_VALUE;
     DWORD error = ERROR_INVALID_NAME;
     if (isExactName(path)) {
         file = withFlavour([&](auto f) {
             return noneIfNull(f.createFile(f.in(path), access, DWORD{FILE_SHARE_READ | FILE_SHARE_WRITE},
-                                           nullptr, disposition, DWORD{FILE_ATTRIBUTE_NORMAL}, nullptr));
+                                           nullptr, disposition, flags, nullptr));
         });
         error = ::GetLastError();
     }
@@ -68,13 +69,15 @@ bool fileExists(const std::wstring& path) {
     return attributes != notThere && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
-void createFolder(const std::wstring& path) {
+void createFolder(const std::wstring& path, Links links) {
     if (!isExactName(path)) raiseWin32(ERROR_INVALID_NAME, path);
     NoFileRedirection off;
     if (withFlavour([&](auto f) { return f.createDirectory(f.in(path), nullptr); })) return;
     DWORD error = ::GetLastError();
     DWORD attributes = attributesOf(path);
     if (attributes == notThere || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) raiseWin32(error, path);
+    if (links == Links::refused && (attributes & FILE_ATTRIBUTE_REPARSE_POINT))
+        raiseWin32(ERROR_ACCESS_DENIED, path);
 }
 
 FileReader::FileReader(const std::wstring& path)
@@ -102,10 +105,17 @@ size_t FileReader::read(void* bytes, size_t count) {
 }
 
 // The right to append alone makes every write go to the end; Windows 9x knows no such right.
-AppendFile::AppendFile(const std::wstring& path)
-    : path_(path),
-      file_(opened(path, flavour() == Flavour::wide ? FILE_APPEND_DATA | SYNCHRONIZE : GENERIC_WRITE,
-                   OPEN_ALWAYS)) {}
+AppendFile::AppendFile(const std::wstring& path, Links links) : path_(path) {
+    const bool isNt = flavour() == Flavour::wide, refusesLinks = isNt && links == Links::refused;
+    // Opened as itself, a link cannot be exchanged between the look at it and the first line.
+    file_ = opened(path, isNt ? FILE_APPEND_DATA | FILE_READ_ATTRIBUTES | SYNCHRONIZE : GENERIC_WRITE,
+                   OPEN_ALWAYS, FILE_ATTRIBUTE_NORMAL | (refusesLinks ? FILE_FLAG_OPEN_REPARSE_POINT : 0));
+    BY_HANDLE_FILE_INFORMATION found;
+    if (refusesLinks && (!::GetFileInformationByHandle(file_.get(), &found) ||
+                         (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT))) {
+        raiseWin32(ERROR_ACCESS_DENIED, path);
+    }
+}
 
 void AppendFile::write(const std::string& bytes) {
     if (flavour() == Flavour::ansi) ::SetFilePointer(file_.get(), 0, nullptr, FILE_END);

@@ -33,8 +33,12 @@ DWORD attributesOf(const std::wstring& path);
 // True for a file, false for a folder, for nothing there and for what may not be looked at.
 bool fileExists(const std::wstring& path);
 
+// Whether a last part of a path that is a link to another file or folder (a reparse point, which the NT
+// family has) is followed or refused as one that may not be opened.
+enum class Links { followed, refused };
+
 // Makes one folder; one that is there is no error, a file of that name is.
-void createFolder(const std::wstring& path);
+void createFolder(const std::wstring& path, Links links = Links::followed);
 
 // A file open for reading, others may read and write it meanwhile.
 class FileReader {
@@ -60,7 +64,7 @@ void replaceFile(const std::wstring& path, const std::string& bytes);
 class AppendFile {
   public:
     AppendFile() = default;
-    explicit AppendFile(const std::wstring& path);
+    explicit AppendFile(const std::wstring& path, Links links = Links::followed);
     void write(const std::string& bytes);
     explicit operator bool() const { return static_cast<bool>(file_); }
 

@@ -37,6 +37,20 @@ LONG subkeyNameAt(HKEY key, DWORD position, std::wstring& name) {
     });
 }
 
+// What the system calls the key that a handle is open on, as the bytes of a name; empty where it does not
+// tell.
+std::string nameOf(HKEY key) {
+    using NtQueryKey = LONG(WINAPI*)(HANDLE, int, void*, ULONG, ULONG*);
+    static const auto ntQueryKey = systemProcedure<NtQueryKey>(L"ntdll.dll", "NtQueryKey");
+    const int keyNameInformation = 3;
+    std::string name(1 << 16, '\0');
+    ULONG size = 0;
+    const bool isTold = ntQueryKey && ntQueryKey(key, keyNameInformation, name.data(),
+                                                 static_cast<ULONG>(name.size()), &size) >= 0;
+    name.resize(isTold ? size : 0);
+    return name;
+}
+
 LONG openAs(OwnedKey& key, HKEY root, const std::wstring& path, REGSAM access, DWORD options);
 
 LONG checkLastName(HKEY root, const std::wstring& path, REGSAM view) {
@@ -93,7 +107,21 @@ LONG RegistryKey::open(HKEY root, const std::wstring& path, REGSAM access, Regis
 LONG RegistryKey::openLink(HKEY root, const std::wstring& path, REGSAM access, RegistryView view) {
     // The options are reserved on Windows 9x, which has no links.
     DWORD options = flavour() == Flavour::wide ? REG_OPTION_OPEN_LINK : 0;
-    return openAs(key_, root, path, access | viewFlag(view), options);
+    LONG error = openAs(key_, root, path, access | viewFlag(view), options);
+    isLink_ = !error && options && leadsElsewhere(root, path, view);
+    return error;
+}
+
+LONG RegistryKey::openPlace(HKEY root, const std::wstring& path, REGSAM access, RegistryView view) {
+    LONG error = openLink(root, path, access | KEY_QUERY_VALUE, view);
+    if (!error && isLink_) error = linkRefused;
+    if (error) close();
+    return error;
+}
+
+LONG RegistryKey::createPlace(HKEY root, const std::wstring& path, REGSAM access, RegistryView view) {
+    LONG error = openPlace(root, path, access, view);
+    return isAbsent(error) ? create(root, path, access, view) : error;
 }
 
 LONG RegistryKey::create(HKEY root, const std::wstring& path, REGSAM access, RegistryView view) {
@@ -160,10 +188,14 @@ LONG RegistryKey::deleteValue(const std::wstring& name) const {
     return withFlavour([&](auto f) { return f.regDeleteValue(get(), f.in(name)); });
 }
 
-bool RegistryKey::isLink() const {
-    RegistryValue value;
-    return flavour() == Flavour::wide && query(L"SymbolicLinkValue", value) == ERROR_SUCCESS &&
-           value.type == REG_LINK;
+// An ordinary key may bear the value of a link, too: that one is where its path leads.
+bool RegistryKey::leadsElsewhere(HKEY root, const std::wstring& path, RegistryView view) const {
+    RegistryValue target;
+    if (query(L"SymbolicLinkValue", target) || target.type != REG_LINK) return false;
+    RegistryKey followed;
+    if (followed.open(root, path, KEY_QUERY_VALUE, view)) return true;
+    const std::string name = nameOf(get());
+    return name.empty() || name != nameOf(followed.get());
 }
 
 // The code page may put a letter, not only a question mark, in the place of one that it lacks. Asking the

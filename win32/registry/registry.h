@@ -31,11 +31,17 @@ class RegistryKey {
   public:
     // Backslashes at the end of the path are left out. What was open before is closed.
     LONG open(HKEY root, const std::wstring& path, REGSAM access, RegistryView view = RegistryView::whole);
-    // Opens the key itself where it is a link to another.
+    // Opens the key itself where it is a link to another (isLink).
     LONG openLink(HKEY root, const std::wstring& path, REGSAM access,
                   RegistryView view = RegistryView::whole);
     // Opens, and makes the key and those above it where they are missing.
     LONG create(HKEY root, const std::wstring& path, REGSAM access, RegistryView view = RegistryView::whole);
+    // Opens to write or delete below it: a key that is a link to another is refused with linkRefused, links
+    // further up are followed. A missing key is made by the second.
+    LONG openPlace(HKEY root, const std::wstring& path, REGSAM access,
+                   RegistryView view = RegistryView::whole);
+    LONG createPlace(HKEY root, const std::wstring& path, REGSAM access,
+                     RegistryView view = RegistryView::whole);
     void close() { key_.reset(); }
 
     // The name at a position, in the registry's own order; ERROR_NO_MORE_ITEMS after the last. Names are
@@ -48,8 +54,8 @@ class RegistryKey {
     LONG set(const std::wstring& name, DWORD type, const std::string& data) const;
     LONG deleteValue(const std::wstring& name) const;
 
-    // True for a key opened by openLink that leads to another one.
-    bool isLink() const;
+    // True for a key opened by openLink that leads to another one, or nowhere.
+    bool isLink() const { return isLink_; }
 
     HKEY get() const { return key_.get(); }
     explicit operator bool() const { return static_cast<bool>(key_); }
@@ -58,8 +64,14 @@ class RegistryKey {
     enum class AmbiguousNames { questionMarkOnly, all };
     LONG checkName(const std::wstring& name, AmbiguousNames refused = AmbiguousNames::questionMarkOnly) const;
 
+    bool leadsElsewhere(HKEY root, const std::wstring& path, RegistryView view) const;
+
     OwnedKey key_;
+    bool isLink_ = false;
 };
+
+// ERROR_STOPPED_ON_SYMLINK, newer than the headers asked for.
+constexpr LONG linkRefused = 681;
 
 // ERROR_INVALID_NAME when, in the ANSI flavour, several keys are listed under the name of this one.
 LONG checkSubkey(HKEY root, const std::wstring& path, RegistryView view = RegistryView::whole);

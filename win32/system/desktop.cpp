@@ -34,11 +34,13 @@ class RealDesktop : public Desktop {
             // CreateProcess writes into the command line, so it gets one of its own.
             typename F::String line = spelled<F>(commandLine);
             PROCESS_INFORMATION process = {};
+            // What this program does without a question about empty drives, another may want to ask.
+            const DWORD flags = CREATE_DEFAULT_ERROR_MODE;
             bool started = application.empty()
-                               ? f.createProcess(nullptr, line.data(), nullptr, nullptr, FALSE, 0, nullptr,
-                                                 nullptr, &startup, &process)
-                               : f.createProcess(f.in(application), line.data(), nullptr, nullptr, FALSE, 0,
-                                                 nullptr, nullptr, &startup, &process);
+                               ? f.createProcess(nullptr, line.data(), nullptr, nullptr, FALSE, flags,
+                                                 nullptr, nullptr, &startup, &process)
+                               : f.createProcess(f.in(application), line.data(), nullptr, nullptr, FALSE,
+                                                 flags, nullptr, nullptr, &startup, &process);
             OwnedObject processHandle(process.hProcess), threadHandle(process.hThread);
             return started;
         });

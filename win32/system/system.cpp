@@ -57,11 +57,11 @@ std::wstring expandEnvironment(const std::wstring& text) {
         size_t begin = text.find(L'%', at);
         size_t end = begin == std::wstring::npos ? begin : text.find(L'%', begin + 1);
         if (end == std::wstring::npos) return result.append(text, at);
-        std::wstring value = environmentVariable(text.substr(begin + 1, end - begin - 1));
+        const auto value = findEnvironmentVariable(text.substr(begin + 1, end - begin - 1));
         // The mark after an unknown name may begin another reference.
-        result.append(text, at, (value.empty() ? end : begin) - at);
-        result += value;
-        at = value.empty() ? end : end + 1;
+        result.append(text, at, (value ? begin : end) - at);
+        if (value) result += *value;
+        at = value ? end + 1 : end;
     }
 }
 

@@ -19,8 +19,8 @@ Function systemProcedure(const wchar_t* library, const char* name) {
 // True in a 32-bit program on 64-bit Windows, which gets a redirected registry and file system.
 bool isRedirected();
 
-// With each reference %name% to a set variable replaced by its value; others stay. Of any length, where the
-// function of Windows stops at 32767 characters.
+// With each reference %name% to a set variable replaced by its value, which may be empty; others stay. Of any
+// length, where the function of Windows stops at 32767 characters.
 std::wstring expandEnvironment(const std::wstring& text);
 
 // Without a backslash at the end, except for the root of a drive. The Windows folder is the system's own also

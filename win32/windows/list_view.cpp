@@ -2,6 +2,7 @@
 
 #include <climits>
 
+#include "win32/base/error.h"
 #include "win32/base/flavour.h"
 #include "win32/windows/window.h"
 
@@ -62,8 +63,13 @@ int ListView::addRow(const std::wstring& text, int image, LPARAM tag) {
         record.pszText = characters.data();
         record.iImage = image;
         record.lParam = tag;
-        return static_cast<int>(f.sendMessage(window_, choose<F>(LVM_INSERTITEMW, LVM_INSERTITEMA), WPARAM{0},
-                                              reinterpret_cast<LPARAM>(&record)));
+        // A window that has gone answers 0 to everything.
+        const LRESULT row = ::IsWindow(window_)
+                                ? f.sendMessage(window_, choose<F>(LVM_INSERTITEMW, LVM_INSERTITEMA),
+                                                WPARAM{0}, reinterpret_cast<LPARAM>(&record))
+                                : none;
+        if (row < 0) raise(E_FAIL, L"The list takes no further row");
+        return static_cast<int>(row);
     });
 }
 
@@ -84,7 +90,8 @@ int ListView::count() const {
 
 std::wstring ListView::text(int row, int column) const {
     return withFlavour([&]<class F>(F f) {
-        for (size_t size = 512;; size *= 4) {
+        const size_t longest = 1 << 24;
+        for (size_t size = 512; size <= longest; size *= 4) {
             TextBuffer<F> buffer(size);
             typename F::ListViewItem record = {};
             record.iSubItem = column;
@@ -95,6 +102,7 @@ std::wstring ListView::text(int row, int column) const {
                               static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&record)));
             if (length + 1 < size) return buffer.text(length);
         }
+        raise(E_OUTOFMEMORY, L"The text of a row is too long");
     });
 }
 
@@ -109,11 +117,11 @@ LPARAM ListView::tag(int row) const {
     LVITEMA record = {};
     record.mask = LVIF_PARAM;
     record.iItem = row;
-    send(window_, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&record));
-    return record.lParam;
+    return send(window_, LVM_GETITEMA, 0, reinterpret_cast<LPARAM>(&record)) ? record.lParam : none;
 }
 
 int ListView::selected() const {
+    if (!::IsWindow(window_)) return none;
     return static_cast<int>(
         send(window_, LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_SELECTED, 0)));
 }

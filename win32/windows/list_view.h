@@ -21,7 +21,8 @@ class ListView {
     // The list does not own the images.
     void setImages(HIMAGELIST images);
 
-    // Rows are counted from 0.
+    // Rows are counted from 0. A row that cannot be added is thrown. What is asked about a row that is not
+    // there, or after the window has gone, is none or empty.
     void clear();
     void reserve(int rows);
     int addRow(const std::wstring& text, int image, LPARAM tag);

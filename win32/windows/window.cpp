@@ -29,11 +29,10 @@ void registerClass(const std::wstring& className, WNDPROC procedure) {
 }  // namespace
 
 void reportCurrentError() noexcept {
-    const Error error = currentError();
     try {
-        if (errorSink) errorSink(error);
+        if (errorSink) errorSink(currentError());
     } catch (...) {
-        // There is nobody left to tell.
+        // A sink that fails has nobody left to tell.
     }
 }
 

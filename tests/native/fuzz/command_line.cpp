@@ -1,11 +1,7 @@
 // Whatever stands in the registry, taking a command line apart ends, reads nothing outside the text and puts
 // at most ".dll" or ".exe" to it.
-#include <cstdint>
-#include <cstdio>
-#include <cstdlib>
-#include <string>
-
 #include "files/command_line.h"
+#include "tests/native/fuzz/input.h"
 
 namespace {
 
@@ -52,12 +48,6 @@ std::wstring commandLine(const uint8_t* data, size_t size) {
     // Of exact size: a read behind the last character is a read outside the allocation.
     text.shrink_to_fit();
     return text;
-}
-
-void require(bool condition, const char* what) {
-    if (condition) return;
-    std::fprintf(stderr, "broken: %s\n", what);
-    std::abort();
 }
 
 }  // namespace

@@ -1,0 +1,55 @@
+// Names that stand in a file, which anybody may have written.
+#include <doctest/doctest.h>
+
+#include "tests/support/program_image.h"
+#include "tests/support/scripted_desktop.h"
+#include "tests/support/temp_folder.h"
+#include "tests/support/text.h"
+#include "win32/files/indirect_string.h"
+
+namespace {
+
+struct Names {
+    TempFolder folder;
+    ScriptedDesktop desktop;
+    std::wstring file = folder.file(L"names.dll");
+
+    Names() { desktop.windowsVersion = 0x0A; }
+    void give(const std::string& block) { TempFolder::write(file, ProgramImage({{7, 0x0409, block}}).bytes); }
+    std::wstring shown(int number = 100) {
+        return win32::displayedText(L"@" + file + L",-" + std::to_wstring(number));
+    }
+    std::wstring raw(int number = 100) const { return L"@" + file + L",-" + std::to_wstring(number); }
+};
+
+const std::wstring fourth = L"Name of the service \x416";
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Names, "a name is read from the file, where it has one") {
+    give(blockBytes({L"", L"", L"", L"", fourth}));
+    CHECK(shown() == fourth);
+    CHECK(shown(99) == raw(99));
+    CHECK(shown(101) == raw(101));
+    desktop.windowsVersion = ScriptedDesktop::windowsXp;
+    CHECK(shown() == raw());
+}
+
+TEST_CASE_FIXTURE(Names, "a name is read from the file of strings beside it, where it has none itself") {
+    TempFolder::write(file, ProgramImage({}).bytes);
+    CHECK(shown() == raw());
+    REQUIRE(::CreateDirectoryW(folder.file(L"en-US").c_str(), nullptr));
+    TempFolder::write(folder.file(L"en-US\\names.dll.mui"),
+                      ProgramImage({{7, 0x0409, blockBytes({L"", L"", L"", L"", fourth})}}).bytes);
+    CHECK(shown() == fourth);
+}
+
+TEST_CASE_FIXTURE(Names, "lengths that lead out of the strings show the raw text") {
+    for (const std::string& block : {std::string("\xFF\xFF", 2), std::string(8, '\xFF'), std::string(),
+                                     std::string("\0\0\0\0\0\0\0\0\xFF\x7F", 10)}) {
+        give(block);
+        CHECK(shown() == raw());
+    }
+    TempFolder::write(file, std::string(100000, 'M'));
+    CHECK(shown() == raw());
+}
