@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "files/long_paths.h"
 #include "helmkit/client/records.h"
 
 namespace files {
@@ -27,7 +28,10 @@ class CFileChecker {
     const std::vector<std::wstring>& searchFolders() const { return searchFolders_; }
 
   private:
+    std::wstring resolved(const std::wstring& name);
+
     helmkit::KeyedList cache_;
+    LongPaths longPaths_;
     std::vector<std::wstring> searchFolders_;
 };
 
