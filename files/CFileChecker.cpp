@@ -44,6 +44,7 @@ std::wstring CFileChecker::GetFullFileNameFromShortFilename(const std::wstring& 
 }
 
 std::wstring CFileChecker::resolved(const std::wstring& name) {
+    if (isOutOfReach(name)) return name;
     std::wstring found = win32::searchPath(name);
     if (found.empty()) return name;
     return win32::isNtFamily() ? longPaths_.of(found) : found;
