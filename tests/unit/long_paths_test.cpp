@@ -102,25 +102,13 @@ TEST_CASE_FIXTURE(Tree, "each kind of name gets the long path that Windows gives
 TEST_CASE_FIXTURE(Tree, "what is not from a drive's root or not plain goes to Windows whole") {
     const std::wstring base = folder.path(), file = base + L"\\Short.TXT";
     const std::wstring rest = base.substr(3);
-    for (const std::wstring& path : {std::wstring(),
-                                     std::wstring(L"C:"),
-                                     std::wstring(L"C:\\"),
-                                     std::wstring(L"Short.TXT"),
-                                     L"\\\\?\\" + file,
-                                     L"\\\\.\\" + file,
-                                     L"\\\\localhost\\c$\\" + rest + L"\\Short.TXT",
-                                     base + L"/Short.TXT",
-                                     base + L"\\\\Short.TXT",
-                                     base + L"\\.\\Short.TXT",
-                                     base + L"\\short\\..\\Short.TXT",
-                                     file + L".",
-                                     file + L" ",
-                                     base + L"\\short.",
-                                     base + L"\\short \\Short.TXT",
-                                     base + L"\\*.TXT",
-                                     base + L"\\Short?TXT",
-                                     file + L":stream",
-                                     base + L"\\" + std::wstring(300, L'a')}) {
+    for (const std::wstring& path :
+         {std::wstring(), std::wstring(L"C:"), std::wstring(L"C:\\"), std::wstring(L"Short.TXT"),
+          L"\\\\?\\" + file, L"\\\\.\\" + file, L"\\\\localhost\\c$\\" + rest + L"\\Short.TXT",
+          base + L"/Short.TXT", base + L"\\\\Short.TXT", base + L"\\.\\Short.TXT",
+          base + L"\\short\\..\\Short.TXT", file + L".", file + L" ", base + L"\\short.",
+          base + L"\\short \\Short.TXT", base + L"\\*.TXT", base + L"\\Short?TXT", file + L":stream",
+          base + L"\\" + std::wstring(300, L'a')}) {
         CAPTURE(path);
         CHECK(files::LongPaths().of(path) == win32::longPath(path));
     }
