@@ -1,5 +1,9 @@
 #include "app/backup.h"
 
+#include <algorithm>
+#include <string_view>
+#include <vector>
+
 #include "app/trap.h"
 #include "helmkit/client/file_services.h"
 #include "helmkit/client/registry_access.h"
@@ -7,7 +11,6 @@
 #include "helmkit/client/system_services.h"
 #include "resources/messages.h"
 #include "win32/base/text.h"
-#include "win32/base/utf16_bytes.h"
 #include "win32/system/date_time.h"
 #include "win32/system/desktop.h"
 
@@ -53,31 +56,63 @@ const struct Export {
 
 // The comment lines of an export text that name what could not be written.
 template <class Report>
-void reportOmissions(const std::wstring& text, Report report) {
-    const std::wstring mark = L"; not exported: ";
-    for (size_t at = text.find(mark); at != std::wstring::npos; at = text.find(mark, at + 1)) {
+void reportOmissions(std::wstring_view text, Report report) {
+    const std::wstring_view mark = L"; not exported: ";
+    for (size_t at = text.find(mark); at != std::wstring_view::npos; at = text.find(mark, at + 1)) {
         bool startsLine = at == 0 || text[at - 1] == L'\n';
-        if (startsLine) report(text.substr(at + 2, text.find(L"\r\n", at) - at - 2));
+        if (startsLine) report(std::wstring(text.substr(at + 2, text.find(L"\r\n", at) - at - 2)));
     }
 }
 
-std::wstring exportBody() {
+// As they come from the library: these texts may be of many megabytes.
+using Texts = std::vector<win32::BString>;
+
+Texts exportTexts() {
     helmkit::RegistryAccess registry;
-    std::wstring body;
+    Texts texts;
     for (const Export& row : exports) {
-        body += row.valueName ? registry.ExportValue(row.hive, row.keyPath, row.valueName)
-                              : registry.ExportKey(row.hive, row.keyPath);
+        texts.push_back(row.valueName ? registry.ExportValue(row.hive, row.keyPath, row.valueName)
+                                      : registry.ExportKey(row.hive, row.keyPath));
     }
-    return body;
+    return texts;
+}
+
+win32::BString unicodeContents(Texts texts) {
+    const std::wstring_view header = L"\xFEFFWindows Registry Editor Version 5.00\r\n";
+    size_t units = header.size();
+    for (const win32::BString& text : texts) units += win32::BString::view(text.get()).size();
+    win32::BString contents = win32::BString::ofLength(2 * units);
+    wchar_t* at = contents.get();
+    auto append = [&](std::wstring_view text) {
+        for (wchar_t unit : text) {
+            *at++ = unit & 0xFF;
+            *at++ = unit >> 8;
+        }
+    };
+    append(header);
+    for (win32::BString& text : texts) {
+        append(win32::BString::view(text.get()));
+        text = win32::BString();
+    }
+    return contents;
+}
+
+win32::BString ansiContents(Texts texts) {
+    std::string bytes = "REGEDIT4\r\n";
+    for (win32::BString& text : texts) {
+        bytes += win32::toAnsi(win32::BString::view(text.get()));
+        text = win32::BString();
+    }
+    win32::BString contents = win32::BString::ofLength(bytes.size());
+    std::transform(bytes.begin(), bytes.end(), contents.get(),
+                   [](char byte) { return static_cast<unsigned char>(byte); });
+    return contents;
 }
 
 // Registry editors of Windows 95, 98 and Me read only the ANSI form, those of the NT family from 2000 on also
 // the UTF-16 one. Texts are handed on as one character per byte, which is how they are written.
-std::wstring fileContents(const std::wstring& body) {
-    if (!win32::isNtFamily()) return win32::bytesAsText(win32::toAnsi(L"REGEDIT4\r\n" + body));
-    const std::wstring byteOrderMark = L"\xFEFF";
-    return win32::bytesAsText(
-        win32::bytesOf(byteOrderMark + L"Windows Registry Editor Version 5.00\r\n" + body));
+win32::BString fileContents(Texts texts) {
+    return win32::isNtFamily() ? unicodeContents(std::move(texts)) : ansiContents(std::move(texts));
 }
 
 }  // namespace
@@ -86,13 +121,15 @@ void writeBackup(const helmkit::Logger& logger, const std::wstring& programFolde
     trapped(logger, L".BackupRegistry", [&] {
         const std::wstring folder = programFolder + L"\\Backup";
         helmkit::fileServices().CreateFolder(folder);
-        const std::wstring body = exportBody();
-        reportOmissions(body, [&](const std::wstring& omission) {
-            logger.WriteLog(0, omission, helmkit::caughtError, source(L".BackupRegistry"));
-        });
+        Texts texts = exportTexts();
+        for (const win32::BString& text : texts) {
+            reportOmissions(win32::BString::view(text.get()), [&](const std::wstring& omission) {
+                logger.WriteLog(0, omission, helmkit::caughtError, source(L".BackupRegistry"));
+            });
+        }
         const std::wstring file = helmkit::systemServices().FormatMessage(
             L"%1\\Backup %2.reg", {folder, win32::fileNameDateTime(win32::desktop().localTime())});
-        helmkit::fileServices().WriteTextFile(file, fileContents(body));
+        helmkit::fileServices().WriteTextFile(file, fileContents(std::move(texts)));
     });
 }
 
