@@ -4,10 +4,16 @@
 #include <random>
 
 #include "files/CFileChecker.h"
+#include "files/command_line.h"
 #include "files/long_paths.h"
+#include "startup/ucRun.h"
 #include "tests/support/page_fixture.h"
+#include "win32/base/path.h"
 #include "win32/base/text.h"
 #include "win32/files/files.h"
+#include "win32/system/system.h"
+
+#include <winver.h>
 
 namespace {
 
@@ -75,12 +81,56 @@ struct Tree : PageFixture {
         if (below(30) == 0) return path;
         return path + separator() + variant(real, fileNames[below(std::size(fileNames))]);
     }
+    // A command as registries hold them, with the path in it as it is, quoted, native or with a variable.
+    std::wstring command() {
+        const std::wstring file = path();
+        switch (below(6)) {
+            case 0:
+                return file;
+            case 1:
+                return L"\\??\\" + file;
+            case 2:
+                return L"\"%oddfolder%" + file.substr(folder.path().size()) + L"\" -x";
+            case 3:
+                return L"rundll32 " + file + L",Start";
+            default:
+                return L'"' + file + L"\" -start";
+        }
+    }
 };
 
-// What was asked before: everything of GetLongPathName.
+// What was asked before: everything of GetLongPathName, the size of a version resource before it is read.
 std::wstring asWindowsTells(const std::wstring& name) {
     const std::wstring found = win32::searchPath(name);
     return found.empty() ? name : win32::longPath(found);
+}
+
+std::wstring resolvedName(const std::wstring& name) {
+    const std::wstring trimmed = win32::trimmed(name), prefix = L"\\??\\";
+    return asWindowsTells(trimmed.compare(0, prefix.size(), prefix) ? trimmed
+                                                                    : trimmed.substr(prefix.size()));
+}
+
+std::wstring fileOfCommand(const std::wstring& command, DWORD type) {
+    const std::wstring name = files::GetFileNameFromCommandLine(command), file = resolvedName(name);
+    if (name.find(L'%') == std::wstring::npos || win32::fileExists(file) || type != REG_EXPAND_SZ)
+        return file;
+    const std::wstring expanded = resolvedName(win32::expandEnvironment(name));
+    return win32::fileExists(expanded) ? expanded : file;
+}
+
+std::wstring descriptionOf(const std::wstring& path) {
+    DWORD ignored = 0;
+    const DWORD size = win32::isFullPath(path) && win32::fileExists(path)
+                           ? ::GetFileVersionInfoSizeW(path.c_str(), &ignored)
+                           : 0;
+    std::vector<char> block(size);
+    void* text = nullptr;
+    UINT length = 0;
+    if (!size || !::GetFileVersionInfoW(path.c_str(), 0, size, block.data()) ||
+        !::VerQueryValueW(block.data(), L"\\StringFileInfo\\040904b0\\FileDescription", &text, &length))
+        return {};
+    return static_cast<const wchar_t*>(text);
 }
 
 }  // namespace
@@ -129,6 +179,41 @@ TEST_CASE_FIXTURE(Tree, "ten thousand random paths are resolved as before") {
     }
     CHECK(found > count / 2);
     CHECK(changed > count / 10);
+}
+
+TEST_CASE_FIXTURE(Tree, "two thousand random registries are listed as before") {
+    for (const std::wstring subfolder : folderNames) {
+        for (const std::wstring name : fileNames) {
+            program(folder.file(subfolder + L'\\' + name),
+                    {{L"FileDescription", L"About " + subfolder + name}});
+        }
+    }
+    Variable variable(L"oddfolder", folder.path());
+    const std::wstring run = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+    const wchar_t* const names[] = {L"a", L"b", L"c"};
+    helmkit::Logger logger = log.logger();
+    int described = 0;
+    for (int i = 0; i < 2000; ++i) {
+        std::vector<std::pair<std::wstring, DWORD>> commands;
+        for (const wchar_t* name : names) {
+            commands.emplace_back(command(), below(2) ? REG_SZ : REG_EXPAND_SZ);
+            registry.setString(HKEY_LOCAL_MACHINE, run, name, commands.back().first, commands.back().second);
+        }
+        size_t at = 0;
+        for (const startup::StartupItem& item : startup::ucRun().EnumItems(logger).items()) {
+            REQUIRE(at < commands.size());
+            CAPTURE(commands[at].first);
+            const std::wstring file = fileOfCommand(commands[at].first, commands[at].second);
+            const std::wstring description = descriptionOf(file);
+            CHECK(item.file() == file);
+            CHECK(item.name() == (description.empty() ? names[at] : description));
+            described += !description.empty();
+            ++at;
+        }
+        REQUIRE(at == commands.size());
+    }
+    CHECK(described > 500);
+    CHECK(log.lines.empty());
 }
 
 TEST_CASE_FIXTURE(Tree, "a file's name is looked at each time") {
