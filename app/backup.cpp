@@ -1,5 +1,8 @@
 #include "app/backup.h"
 
+#include <string_view>
+#include <vector>
+
 #include "app/trap.h"
 #include "files/registry_file.h"
 #include "helmkit/client/file_services.h"
@@ -52,22 +55,22 @@ const struct Export {
 
 // The comment lines of an export text that name what could not be written.
 template <class Report>
-void reportOmissions(const std::wstring& text, Report report) {
-    const std::wstring mark = L"; not exported: ";
-    for (size_t at = text.find(mark); at != std::wstring::npos; at = text.find(mark, at + 1)) {
+void reportOmissions(std::wstring_view text, Report report) {
+    const std::wstring_view mark = L"; not exported: ";
+    for (size_t at = text.find(mark); at != std::wstring_view::npos; at = text.find(mark, at + 1)) {
         bool startsLine = at == 0 || text[at - 1] == L'\n';
-        if (startsLine) report(text.substr(at + 2, text.find(L"\r\n", at) - at - 2));
+        if (startsLine) report(std::wstring(text.substr(at + 2, text.find(L"\r\n", at) - at - 2)));
     }
 }
 
-std::wstring exportBody() {
+files::ExportTexts exportTexts() {
     helmkit::RegistryAccess registry;
-    std::wstring body;
+    files::ExportTexts texts;
     for (const Export& row : exports) {
-        body += row.valueName ? registry.ExportValue(row.hive, row.keyPath, row.valueName)
-                              : registry.ExportKey(row.hive, row.keyPath);
+        texts.push_back(row.valueName ? registry.ExportValue(row.hive, row.keyPath, row.valueName)
+                                      : registry.ExportKey(row.hive, row.keyPath));
     }
-    return body;
+    return texts;
 }
 
 }  // namespace
@@ -76,13 +79,18 @@ void writeBackup(const helmkit::Logger& logger, const std::wstring& programFolde
     trapped(logger, L".BackupRegistry", [&] {
         const std::wstring folder = programFolder + L"\\Backup";
         helmkit::fileServices().CreateFolder(folder);
-        const std::wstring body = exportBody();
+        files::ExportTexts texts = exportTexts();
+        std::vector<std::wstring> omissions;
+        for (const win32::BString& text : texts) {
+            reportOmissions(win32::BString::view(text.get()),
+                            [&](const std::wstring& omission) { omissions.push_back(omission); });
+        }
         const std::wstring file = helmkit::systemServices().FormatMessage(
             L"%1\\Backup %2.reg", {folder, win32::fileNameDateTime(win32::desktop().localTime())});
-        files::writeRegistryFile(file, body);
-        reportOmissions(body, [&](const std::wstring& omission) {
+        files::writeRegistryFile(file, std::move(texts));
+        for (const std::wstring& omission : omissions) {
             logger.WriteLog(0, omission, helmkit::caughtError, source(L".BackupRegistry"));
-        });
+        }
     });
 }
 

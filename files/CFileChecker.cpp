@@ -24,12 +24,6 @@ std::vector<std::wstring> foldersOf(const std::wstring& path) {
     return folders;
 }
 
-std::wstring resolved(const std::wstring& name) {
-    std::wstring found = win32::searchPath(name);
-    if (found.empty()) return name;
-    return win32::isNtFamily() ? win32::longPath(found) : found;
-}
-
 }  // namespace
 
 CFileChecker::CFileChecker() : searchFolders_(foldersOf(win32::environmentVariable(L"path"))) {}
@@ -47,6 +41,13 @@ std::wstring CFileChecker::GetFullFileNameFromShortFilename(const std::wstring& 
     // time.
     cache_.Add(result, trimmed);
     return result;
+}
+
+std::wstring CFileChecker::resolved(const std::wstring& name) {
+    if (isOutOfReach(name)) return name;
+    std::wstring found = win32::searchPath(name);
+    if (found.empty()) return name;
+    return win32::isNtFamily() ? longPaths_.of(found) : found;
 }
 
 }  // namespace files

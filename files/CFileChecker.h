@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "files/long_paths.h"
+#include "files/reach.h"
 #include "helmkit/client/records.h"
 
 namespace files {
@@ -22,12 +24,19 @@ class CFileChecker {
     // long (GetLongPathName) becomes the empty text; on Windows 95, 98 and Me paths stay as they were found.
     std::wstring GetFullFileNameFromShortFilename(const std::wstring& fileName);
 
+    // True for a full path on a drive or share that does not answer: nothing there is looked at.
+    bool isOutOfReach(const std::wstring& path) { return reach_.isBeyond(path); }
+
     // The folders of the environment variable PATH, each with a backslash at its end; an empty one is "\".
     // The search follows the system's own order and does not consult them.
     const std::vector<std::wstring>& searchFolders() const { return searchFolders_; }
 
   private:
+    std::wstring resolved(const std::wstring& name);
+
     helmkit::KeyedList cache_;
+    LongPaths longPaths_;
+    Reach reach_;
     std::vector<std::wstring> searchFolders_;
 };
 

@@ -1,8 +1,10 @@
 #include "files/registry_file.h"
 
+#include <algorithm>
+#include <string_view>
+
 #include "helmkit/client/shared_services.h"
 #include "win32/base/text.h"
-#include "win32/base/utf16_bytes.h"
 #include "win32/system/desktop.h"
 
 namespace files {
@@ -10,17 +12,43 @@ namespace files {
 namespace {
 
 // Texts are handed on as one character per byte, which is how they are written.
-std::wstring contents(const std::wstring& body) {
-    if (!win32::isNtFamily()) return win32::bytesAsText(win32::toAnsi(L"REGEDIT4\r\n" + body));
-    const std::wstring byteOrderMark = L"\xFEFF";
-    return win32::bytesAsText(
-        win32::bytesOf(byteOrderMark + L"Windows Registry Editor Version 5.00\r\n" + body));
+win32::BString unicodeContents(ExportTexts texts) {
+    const std::wstring_view header = L"\xFEFFWindows Registry Editor Version 5.00\r\n";
+    size_t units = header.size();
+    for (const win32::BString& text : texts) units += win32::BString::view(text.get()).size();
+    win32::BString contents = win32::BString::ofLength(2 * units);
+    wchar_t* at = contents.get();
+    auto append = [&](std::wstring_view text) {
+        for (wchar_t unit : text) {
+            *at++ = unit & 0xFF;
+            *at++ = unit >> 8;
+        }
+    };
+    append(header);
+    for (win32::BString& text : texts) {
+        append(win32::BString::view(text.get()));
+        text = win32::BString();
+    }
+    return contents;
+}
+
+win32::BString ansiContents(ExportTexts texts) {
+    std::string bytes = "REGEDIT4\r\n";
+    for (win32::BString& text : texts) {
+        bytes += win32::toAnsi(win32::BString::view(text.get()));
+        text = win32::BString();
+    }
+    win32::BString contents = win32::BString::ofLength(bytes.size());
+    std::transform(bytes.begin(), bytes.end(), contents.get(),
+                   [](char byte) { return static_cast<unsigned char>(byte); });
+    return contents;
 }
 
 }  // namespace
 
-void writeRegistryFile(const std::wstring& path, const std::wstring& body) {
-    helmkit::fileServices().WriteTextFile(path, contents(body));
+void writeRegistryFile(const std::wstring& path, ExportTexts texts) {
+    helmkit::fileServices().WriteTextFile(
+        path, win32::isNtFamily() ? unicodeContents(std::move(texts)) : ansiContents(std::move(texts)));
 }
 
 }  // namespace files

@@ -162,9 +162,10 @@ LONG RegistryAccess::query(LONG hive, BSTR keyPath, BSTR valueName) {
 void RegistryAccess::listNames(LONG hive, BSTR keyPath, IKeyedList** names, ListNames list) {
     win32::result(names);
     std::vector<std::wstring> found;
-    win32::RegistryKey key;
-    LONG error = key.open(hiveOf(hive), win32::BString::copy(keyPath), KEY_READ);
-    if (!error) error = list(key, found);
+    // Opened anew: the key that is open may be one that was deleted and made again since.
+    forgetKey();
+    LONG error = openForReading(hiveOf(hive), win32::BString::view(keyPath));
+    if (!error) error = list(key_, found);
     if (error && !isMissing(error)) win32::raiseWin32(error, win32::BString::copy(keyPath));
     auto made = win32::ComPtr<KeyedList>::adopt(new KeyedList());
     for (std::wstring& name : found) made->append(std::move(name));

@@ -16,7 +16,7 @@ struct Gathering {
     const files::WindowsFolders folders = files::GetWindowsFolders();
     helmkit::RegistryAccess registry;
     startup::CommandResolver commands;
-    startup::FileDescriptions descriptions;
+    startup::FileDescriptions descriptions{commands};
     FileFacts facts;
 };
 

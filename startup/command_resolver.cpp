@@ -15,13 +15,20 @@ std::wstring CommandResolver::resolveValue(helmkit::RegistryAccess& registry, LO
                                            const std::wstring& data) {
     const std::wstring name = checker_.GetFileNameFromCommandLine(data);
     const std::wstring file = checker_.GetFullFileNameFromShortFilename(name);
-    if (name.find(L'%') == std::wstring::npos || helmkit::fileServices().FileExists(file) ||
+    if (name.find(L'%') == std::wstring::npos || isFile(file) ||
         registry.ValueType(hive, keyPath, valueName) != REG_EXPAND_SZ) {
         return file;
     }
     const std::wstring expanded =
         checker_.GetFullFileNameFromShortFilename(helmkit::systemServices().ExpandEnvironment(name));
-    return helmkit::fileServices().FileExists(expanded) ? expanded : file;
+    return isFile(expanded) ? expanded : file;
+}
+
+bool CommandResolver::isFile(const std::wstring& path) {
+    if (const auto known = isFile_.find(path); known != isFile_.end()) return known->second;
+    const bool exists = !checker_.isOutOfReach(path) && helmkit::fileServices().FileExists(path);
+    isFile_.emplace(path, exists);
+    return exists;
 }
 
 }  // namespace startup

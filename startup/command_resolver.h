@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <unordered_map>
 
 #include "files/CFileChecker.h"
 #include "helmkit/client/registry_access.h"
@@ -19,8 +20,15 @@ class CommandResolver {
     std::wstring resolveValue(helmkit::RegistryAccess& registry, LONG hive, const std::wstring& keyPath,
                               const std::wstring& valueName, const std::wstring& data);
 
+    // True for a full path on a drive or share that does not answer: nothing there is looked at.
+    bool isOutOfReach(const std::wstring& path) { return checker_.isOutOfReach(path); }
+
   private:
+    // Each path is looked at once.
+    bool isFile(const std::wstring& path);
+
     files::CFileChecker checker_;
+    std::unordered_map<std::wstring, bool> isFile_;
 };
 
 }  // namespace startup

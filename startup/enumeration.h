@@ -40,7 +40,7 @@ class Enumeration {
     const files::WindowsFolders folders = files::GetWindowsFolders();
     helmkit::RegistryAccess registry;
     CommandResolver commands;
-    FileDescriptions descriptions;
+    FileDescriptions descriptions{commands};
 
   private:
     const std::wstring typeName_;

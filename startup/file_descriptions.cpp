@@ -12,7 +12,7 @@ std::wstring FileDescription::nameOr(const std::wstring& fallback) const {
 
 const FileDescription& FileDescriptions::of(const std::wstring& fileName) {
     auto [entry, isNew] = known_.try_emplace(fileName);
-    if (isNew) {
+    if (isNew && !commands_.isOutOfReach(fileName)) {
         auto info = helmkit::systemServices().GetFileVersionInfo(fileName);
         FileDescription& strings = entry->second;
         if (info.Exists(L"FileDescription")) strings.description = info.Item(L"FileDescription");

@@ -5,6 +5,8 @@
 #include <string>
 #include <unordered_map>
 
+#include "startup/command_resolver.h"
+
 namespace startup {
 
 // The strings of a file's version resource that the lists show; absent and empty are different things.
@@ -22,10 +24,13 @@ struct FileDescription {
 
 class FileDescriptions {
   public:
+    explicit FileDescriptions(CommandResolver& commands) : commands_(commands) {}
+
     // Reads each file once.
     const FileDescription& of(const std::wstring& fileName);
 
   private:
+    CommandResolver& commands_;
     std::unordered_map<std::wstring, FileDescription> known_;
 };
 

@@ -18,7 +18,9 @@ WayBack::WayBack(helmkit::RegistryAccess& registry, const SpecialPlace& place,
     if (place_.kind == PlaceKind::iniLine) {
         helmkit::fileServices().WriteTextFile(path, before_);
     } else {
-        files::writeRegistryFile(path, before_);
+        files::ExportTexts texts;
+        texts.emplace_back(before_);
+        files::writeRegistryFile(path, std::move(texts));
     }
     path_ = path;
 }
@@ -27,9 +29,9 @@ WayBack::WayBack(helmkit::RegistryAccess& registry, const SpecialPlace& place,
 std::wstring WayBack::held(helmkit::RegistryAccess& registry) const {
     switch (place_.kind) {
         case PlaceKind::registryValue:
-            return registry.ExportValue(place_.hive, place_.location, place_.name);
+            return registry.ExportValue(place_.hive, place_.location, place_.name).text();
         case PlaceKind::runOnceEx:
-            return registry.ExportKey(place_.hive, place_.location);
+            return registry.ExportKey(place_.hive, place_.location).text();
         case PlaceKind::iniLine:
             return helmkit::fileServices().ReadTextFile(iniFile_).text();
         case PlaceKind::startupFolder:

@@ -83,20 +83,19 @@ std::vector<std::wstring> RegistryAccess::EnumValues(LONG hive, const std::wstri
     return texts(names);
 }
 
-std::wstring RegistryAccess::ExportKey(LONG hive, const std::wstring& keyPath) {
+BString RegistryAccess::ExportKey(LONG hive, const std::wstring& keyPath) {
     BString path(keyPath), text;
     BSTR inAndOut = path.release();
     HRESULT result = object_->ExportKey(&hive, &inAndOut, text.out());
     *path.out() = inAndOut;
     check(result);
-    return text.text();
+    return text;
 }
 
-std::wstring RegistryAccess::ExportValue(LONG hive, const std::wstring& keyPath,
-                                         const std::wstring& valueName) {
+BString RegistryAccess::ExportValue(LONG hive, const std::wstring& keyPath, const std::wstring& valueName) {
     BString text;
     check(object_->ExportValue(hive, InString(keyPath).get(), InString(valueName).get(), text.out()));
-    return text.text();
+    return text;
 }
 
 }  // namespace helmkit

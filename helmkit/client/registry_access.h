@@ -39,8 +39,8 @@ class RegistryAccess {
     std::vector<std::wstring> EnumSubkeys(LONG hive, const std::wstring& keyPath);
     std::vector<std::wstring> EnumValues(LONG hive, const std::wstring& keyPath);
     // Registry-export text; empty when key or value is missing.
-    std::wstring ExportKey(LONG hive, const std::wstring& keyPath);
-    std::wstring ExportValue(LONG hive, const std::wstring& keyPath, const std::wstring& valueName);
+    win32::BString ExportKey(LONG hive, const std::wstring& keyPath);
+    win32::BString ExportValue(LONG hive, const std::wstring& keyPath, const std::wstring& valueName);
 
   private:
     win32::ComPtr<IRegistryAccess> object_;

@@ -104,6 +104,17 @@ TEST_CASE_FIXTURE(Registry, "names are listed in the registry's order with what 
     CHECK(subkeys(run + L"\\\\") == Names{L"One", L"two"});
 }
 
+TEST_CASE_FIXTURE(Registry, "a key that was made again since it was listed is listed and read anew") {
+    setString(HKEY_LOCAL_MACHINE, run, L"old", L"1");
+    CHECK(values() == Names{L"old"});
+    CHECK(read(L"old") == L"1");
+    REQUIRE(::RegDeleteKeyW(HKEY_LOCAL_MACHINE, run.c_str()) == ERROR_SUCCESS);
+    setString(HKEY_LOCAL_MACHINE, run, L"new", L"2");
+    CHECK(values() == Names{L"new"});
+    CHECK(read(L"new") == L"2");
+    CHECK(status == 0);
+}
+
 TEST_CASE_FIXTURE(Registry, "the longest value name is listed and read") {
     std::wstring name(16383, L'n');
     setString(HKEY_LOCAL_MACHINE, run, name, L"x");

@@ -10,6 +10,7 @@
 #include "startup/ucRun.h"
 #include "startup/ucServices.h"
 #include "startup/ucWinlogon.h"
+#include "tests/support/memory_shortage.h"
 #include "tests/support/page_fixture.h"
 #include "tests/support/small_category.h"
 #include "win32/system/system.h"
@@ -87,6 +88,20 @@ TEST_CASE_FIXTURE(Windowless, "rows are logged by their template, at level 5 and
     CHECK(log.lines[2].text == L"Run: 'a', 'b', 'c'");
     CHECK(log.lines[0].level == 5);
     CHECK(log.lines[0].source == L"");
+}
+
+TEST_CASE_FIXTURE(Windowless, "a backup keeps its text once, beside what is being written") {
+    const size_t length = 4 << 20;
+    registry.setString(HKEY_LOCAL_MACHINE, run, L"a", std::wstring(length, L'x'));
+    MemoryPeak peak;
+    app::writeBackup(logger, folder.path());
+    const size_t peakBytes = peak.bytes();
+    const std::string file = TempFolder::read(folder.file(L"Backup\\Backup Nov 20, 2026 23-35-47.reg"));
+    CHECK(file.size() > 2 * length);
+    CHECK(file.compare(file.size() - 12, 12, std::string("x\0x\0x\0\"\0\r\0\n\0", 12)) == 0);
+    // The value, in the ANSI flavour twice, and its line.
+    CHECK(peakBytes < file.size() * 3);
+    CHECK(log.lines.empty());
 }
 
 TEST_CASE_FIXTURE(Windowless, "a backup needs a logger and a folder") {

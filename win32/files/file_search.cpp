@@ -27,15 +27,6 @@ bool isSelfOrParent(const std::wstring& name) {
     return name == L"." || name == L"..";
 }
 
-// `X:\`, or `\\server\share\`; empty when the path names neither.
-std::wstring rootOf(const std::wstring& full) {
-    if (full.size() >= 2 && full[1] == L':') return full.substr(0, 2) + L'\\';
-    if (full.compare(0, 2, L"\\\\") != 0) return {};
-    const size_t server = full.find(L'\\', 2);
-    if (server == std::wstring::npos) return {};
-    return full.substr(0, full.find(L'\\', server + 1)) + L'\\';
-}
-
 }  // namespace
 
 std::vector<FoundFile> filesIn(const std::wstring& folder) {
@@ -66,6 +57,14 @@ std::optional<FoundFile> findFile(const std::wstring& path) {
         if (!search) return {};
         return described<F>(data);
     });
+}
+
+std::wstring rootOf(const std::wstring& full) {
+    if (full.size() >= 2 && full[1] == L':') return full.substr(0, 2) + L'\\';
+    if (full.compare(0, 2, L"\\\\") != 0) return {};
+    const size_t server = full.find(L'\\', 2);
+    if (server == std::wstring::npos) return {};
+    return full.substr(0, full.find(L'\\', server + 1)) + L'\\';
 }
 
 bool isFolder(const std::wstring& path) {

@@ -26,6 +26,9 @@ std::vector<FoundFile> filesIn(const std::wstring& folder);
 // One file or folder named without wildcards; nothing when it is not there.
 std::optional<FoundFile> findFile(const std::wstring& path);
 
+// `X:\`, or `\\server\share\`; empty when the path names neither.
+std::wstring rootOf(const std::wstring& full);
+
 // False for a file, for nothing there and for what may not be looked at.
 bool isFolder(const std::wstring& path);
 

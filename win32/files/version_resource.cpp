@@ -18,11 +18,44 @@ const DWORD largestBlock = 1 << 20;
 // 64 KiB further on. Behind each block there is that much room.
 const size_t roomBehind = 3 << 16;
 
+// A block's own length is a 16-bit number, too.
+const DWORD usualBlock = 3 << 16;
+
+// The file was opened and looked through: asking for the size would tell the same.
+bool hasNoResource(DWORD error) {
+    return error >= ERROR_RESOURCE_DATA_NOT_FOUND && error <= ERROR_RESOURCE_LANG_NOT_FOUND;
+}
+
 // Windows opens the file as LoadLibrary would: a name without a folder is searched for, and one without an
 // extension means the library of that name, unless it ends with a point.
 std::wstring asOpened(const std::wstring& path) {
     const size_t name = path.find_last_of(L"\\/") + 1;
     return path.find(L'.', name) == std::wstring::npos ? path + L'.' : path;
+}
+
+// Pages of zeros, of which only those that are touched cost anything.
+OwnedPages pagesFor(DWORD size, size_t& room) {
+    room = size + roomBehind;
+    return OwnedPages(::VirtualAlloc(nullptr, room, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
+}
+
+// Asking for the size opens and maps the file as reading does. The NT family needs no size: it writes what
+// fits. Windows 95, 98 and Me read at the place that asking for the size has put into the handle.
+template <class F>
+OwnedPages readAtOnce(F f, const std::wstring& file, size_t& room) {
+    OwnedPages block = pagesFor(usualBlock, room);
+    if (block && f.getFileVersionInfo(f.in(file), DWORD{0}, usualBlock, block.get())) return block;
+    return {};
+}
+
+template <class F>
+OwnedPages readBySize(F f, const std::wstring& file, size_t& room) {
+    DWORD handle = 0;
+    const DWORD size = f.getFileVersionInfoSize(f.in(file), &handle);
+    if (size == 0 || size > largestBlock) return {};
+    OwnedPages block = pagesFor(size, room);
+    if (block && f.getFileVersionInfo(f.in(file), handle, size, block.get())) return block;
+    return {};
 }
 
 // What VerQueryValue points at, and how many items it may hold within the block. The length it tells is
@@ -60,14 +93,9 @@ OwnedPages readVersionBlock(const std::wstring& path, size_t& room) {
     NoFileRedirection off;
     return withFlavour([&](auto f) {
         const std::wstring file = asOpened(path);
-        DWORD ignored = 0;
-        DWORD size = f.getFileVersionInfoSize(f.in(file), &ignored);
-        if (size == 0 || size > largestBlock) return OwnedPages();
-        room = size + roomBehind;
-        // Pages of zeros, of which only those that are touched cost anything.
-        OwnedPages block(::VirtualAlloc(nullptr, room, MEM_RESERVE | MEM_COMMIT, PAGE_READWRITE));
-        bool isRead = block && f.getFileVersionInfo(f.in(file), DWORD{0}, size, block.get());
-        return isRead ? std::move(block) : OwnedPages();
+        OwnedPages block = f.isWide ? readAtOnce(f, file, room) : OwnedPages();
+        return block || (f.isWide && hasNoResource(::GetLastError())) ? std::move(block)
+                                                                      : readBySize(f, file, room);
     });
 }
 

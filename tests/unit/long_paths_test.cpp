@@ -1,0 +1,226 @@
+// The long path of a file against GetLongPathName's, asked for the whole of it.
+#include <doctest/doctest.h>
+
+#include <random>
+
+#include "files/CFileChecker.h"
+#include "files/command_line.h"
+#include "files/long_paths.h"
+#include "startup/ucRun.h"
+#include "tests/support/page_fixture.h"
+#include "win32/base/path.h"
+#include "win32/base/text.h"
+#include "win32/files/files.h"
+#include "win32/system/system.h"
+
+#include <winver.h>
+
+namespace {
+
+const wchar_t* const folderNames[] = {L"A folder of long name", L"short", L"MiXed.Dir", L"two.dots.here",
+                                      L"f\xFCr alle"};
+const wchar_t* const fileNames[] = {
+    L"a long file name.txt", L"Short.TXT",   L"two.dots.exe", L"plain",
+    L"noextensionatall",     L"a b.txt",     L"x+y.sys",      L".hidden",
+    L"\xFCml.exe",           L"A~B{C}!.Exe", L"file.html",    L"longerthan8.c",
+    L"with blank.dll",       L"(1)@#$%.exe"};
+
+std::wstring shortNameOf(const std::wstring& path) {
+    WIN32_FIND_DATAW found;
+    win32::OwnedFind search(::FindFirstFileW(path.c_str(), &found));
+    REQUIRE(search);
+    return found.cAlternateFileName[0] ? found.cAlternateFileName : found.cFileName;
+}
+
+struct Tree : PageFixture {
+    std::mt19937 random{7};
+
+    Tree() {
+        for (const wchar_t* name : folderNames) {
+            const std::wstring path = folder.file(name);
+            REQUIRE(::CreateDirectoryW(path.c_str(), nullptr));
+            fill(path);
+        }
+        fill(folder.path());
+    }
+    static void fill(const std::wstring& path) {
+        for (const wchar_t* name : fileNames) TempFolder::write(path + L'\\' + name, "x");
+    }
+
+    size_t below(size_t limit) { return random() % limit; }
+
+    // The name as it is, its short name, other letters, or something that is not there or reads oddly.
+    std::wstring variant(const std::wstring& base, std::wstring name) {
+        switch (below(12)) {
+            case 0:
+            case 1:
+            case 2:
+                return shortNameOf(base + L'\\' + name);
+            case 3:
+                for (wchar_t& c : name) c = static_cast<wchar_t>(below(2) ? ::towupper(c) : ::towlower(c));
+                return name;
+            case 4:
+                return name + (below(2) ? L"." : L" ");
+            case 5:
+                return L"missing" + std::to_wstring(below(9));
+            default:
+                return name;
+        }
+    }
+    std::wstring separator() {
+        const size_t kind = below(20);
+        return kind == 0 ? L"/" : kind == 1 ? L"\\\\" : kind == 2 ? L"\\.\\" : L"\\";
+    }
+    std::wstring path() {
+        std::wstring real = folder.path(), path = real;
+        if (below(4)) {
+            const std::wstring name = folderNames[below(std::size(folderNames))];
+            path += separator() + variant(real, name);
+            real += L'\\' + name;
+        }
+        if (below(30) == 0) return path;
+        return path + separator() + variant(real, fileNames[below(std::size(fileNames))]);
+    }
+    // A command as registries hold them, with the path in it as it is, quoted, native or with a variable.
+    std::wstring command() {
+        const std::wstring file = path();
+        switch (below(6)) {
+            case 0:
+                return file;
+            case 1:
+                return L"\\??\\" + file;
+            case 2:
+                return L"\"%oddfolder%" + file.substr(folder.path().size()) + L"\" -x";
+            case 3:
+                return L"rundll32 " + file + L",Start";
+            default:
+                return L'"' + file + L"\" -start";
+        }
+    }
+};
+
+// What was asked before: everything of GetLongPathName, the size of a version resource before it is read.
+std::wstring asWindowsTells(const std::wstring& name) {
+    const std::wstring found = win32::searchPath(name);
+    return found.empty() ? name : win32::longPath(found);
+}
+
+std::wstring resolvedName(const std::wstring& name) {
+    const std::wstring trimmed = win32::trimmed(name), prefix = L"\\??\\";
+    return asWindowsTells(trimmed.compare(0, prefix.size(), prefix) ? trimmed
+                                                                    : trimmed.substr(prefix.size()));
+}
+
+std::wstring fileOfCommand(const std::wstring& command, DWORD type) {
+    const std::wstring name = files::GetFileNameFromCommandLine(command), file = resolvedName(name);
+    if (name.find(L'%') == std::wstring::npos || win32::fileExists(file) || type != REG_EXPAND_SZ)
+        return file;
+    const std::wstring expanded = resolvedName(win32::expandEnvironment(name));
+    return win32::fileExists(expanded) ? expanded : file;
+}
+
+std::wstring descriptionOf(const std::wstring& path) {
+    DWORD ignored = 0;
+    const DWORD size = win32::isFullPath(path) && win32::fileExists(path)
+                           ? ::GetFileVersionInfoSizeW(path.c_str(), &ignored)
+                           : 0;
+    std::vector<char> block(size);
+    void* text = nullptr;
+    UINT length = 0;
+    if (!size || !::GetFileVersionInfoW(path.c_str(), 0, size, block.data()) ||
+        !::VerQueryValueW(block.data(), L"\\StringFileInfo\\040904b0\\FileDescription", &text, &length))
+        return {};
+    return static_cast<const wchar_t*>(text);
+}
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Tree, "each kind of name gets the long path that Windows gives") {
+    const std::wstring base = folder.path();
+    files::LongPaths paths;
+    for (const wchar_t* name : fileNames) {
+        for (const std::wstring folderName :
+             {L"", L"\\A folder of long name", L"\\two.dots.here", L"\\MIXED.dir"}) {
+            const std::wstring path = base + folderName + L'\\' + name;
+            CHECK(paths.of(path) == win32::longPath(path));
+            const std::wstring shortPath = base + folderName + L'\\' + shortNameOf(path);
+            CHECK(paths.of(shortPath) == win32::longPath(shortPath));
+        }
+    }
+}
+
+TEST_CASE_FIXTURE(Tree, "what is not from a drive's root or not plain goes to Windows whole") {
+    const std::wstring base = folder.path(), file = base + L"\\Short.TXT";
+    const std::wstring rest = base.substr(3);
+    for (const std::wstring& path :
+         {std::wstring(), std::wstring(L"C:"), std::wstring(L"C:\\"), std::wstring(L"Short.TXT"),
+          L"\\\\?\\" + file, L"\\\\.\\" + file, L"\\\\localhost\\c$\\" + rest + L"\\Short.TXT",
+          base + L"/Short.TXT", base + L"\\\\Short.TXT", base + L"\\.\\Short.TXT",
+          base + L"\\short\\..\\Short.TXT", file + L".", file + L" ", base + L"\\short.",
+          base + L"\\short \\Short.TXT", base + L"\\*.TXT", base + L"\\Short?TXT", file + L":stream",
+          base + L"\\" + std::wstring(300, L'a')}) {
+        CAPTURE(path);
+        CHECK(files::LongPaths().of(path) == win32::longPath(path));
+    }
+}
+
+TEST_CASE_FIXTURE(Tree, "ten thousand random paths are resolved as before") {
+    const int count = 10000, countForChecker = 100;
+    int found = 0, changed = 0;
+    for (int i = 0; i < count; i += countForChecker) {
+        files::CFileChecker checker;
+        for (int k = 0; k < countForChecker; ++k) {
+            const std::wstring name = path(), expected = asWindowsTells(win32::trimmed(name));
+            const std::wstring result = checker.GetFullFileNameFromShortFilename(name);
+            if (result != expected) CHECK_MESSAGE(result == expected, win32::toUtf8(name));
+            found += ::GetFileAttributesW(expected.c_str()) != INVALID_FILE_ATTRIBUTES;
+            changed += expected != name;
+        }
+    }
+    CHECK(found > count / 2);
+    CHECK(changed > count / 10);
+}
+
+TEST_CASE_FIXTURE(Tree, "two thousand random registries are listed as before") {
+    for (const std::wstring subfolder : folderNames) {
+        for (const std::wstring name : fileNames) {
+            program(folder.file(subfolder + L'\\' + name),
+                    {{L"FileDescription", L"About " + subfolder + name}});
+        }
+    }
+    Variable variable(L"oddfolder", folder.path());
+    const std::wstring run = L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run";
+    const wchar_t* const names[] = {L"a", L"b", L"c"};
+    helmkit::Logger logger = log.logger();
+    int described = 0;
+    for (int i = 0; i < 2000; ++i) {
+        std::vector<std::pair<std::wstring, DWORD>> commands;
+        for (const wchar_t* name : names) {
+            commands.emplace_back(command(), below(2) ? REG_SZ : REG_EXPAND_SZ);
+            registry.setString(HKEY_LOCAL_MACHINE, run, name, commands.back().first, commands.back().second);
+        }
+        size_t at = 0;
+        for (const startup::StartupItem& item : startup::ucRun().EnumItems(logger).items()) {
+            REQUIRE(at < commands.size());
+            CAPTURE(commands[at].first);
+            const std::wstring file = fileOfCommand(commands[at].first, commands[at].second);
+            const std::wstring description = descriptionOf(file);
+            CHECK(item.file() == file);
+            CHECK(item.name() == (description.empty() ? names[at] : description));
+            described += !description.empty();
+            ++at;
+        }
+        REQUIRE(at == commands.size());
+    }
+    CHECK(described > 500);
+    CHECK(log.lines.empty());
+}
+
+TEST_CASE_FIXTURE(Tree, "a file's name is looked at each time") {
+    files::LongPaths paths;
+    const std::wstring base = folder.path() + L"\\short\\";
+    CHECK(paths.of(base + L"PLAIN") == win32::longPath(base) + L"plain");
+    REQUIRE(::DeleteFileW((base + L"plain").c_str()));
+    TempFolder::write(base + L"PlaiN", "x");
+    CHECK(paths.of(base + L"PLAIN") == win32::longPath(base) + L"PlaiN");
+}
