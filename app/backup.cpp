@@ -10,6 +10,7 @@
 #include "helmkit/client/shared_services.h"
 #include "helmkit/client/system_services.h"
 #include "resources/messages.h"
+#include "win32/files/files.h"
 #include "win32/system/date_time.h"
 #include "win32/system/desktop.h"
 
@@ -79,6 +80,8 @@ void writeBackup(const helmkit::Logger& logger, const std::wstring& programFolde
     trapped(logger, L".BackupRegistry", [&] {
         const std::wstring folder = programFolder + L"\\Backup";
         helmkit::fileServices().CreateFolder(folder);
+        // A link in its place could lead the file anywhere.
+        win32::createFolder(folder, win32::Links::refused);
         files::ExportTexts texts = exportTexts();
         std::vector<std::wstring> omissions;
         for (const win32::BString& text : texts) {

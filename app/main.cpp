@@ -3,6 +3,7 @@
 #include "win32/com/com.h"
 #include "win32/registry/trusted_environment.h"
 #include "win32/system/desktop.h"
+#include "win32/system/process.h"
 #include "win32/windows/message_loop.h"
 
 namespace {
@@ -22,7 +23,9 @@ int runProgram() {
 }  // namespace
 
 int WINAPI WinMain(HINSTANCE, HINSTANCE, LPSTR, int) {
-    // Before anything reads them.
+    win32::failWithoutBoxes();
+    win32::useSystemLibrariesOnly();
+    // Before anything reads the variables.
     win32::setTrustedEnvironment();
     ::InitCommonControls();
     try {

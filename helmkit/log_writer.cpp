@@ -55,7 +55,8 @@ STDMETHODIMP LogWriter::OpenLogs(BSTR fullLogPath, BSTR shortLogPath) {
             shortPath(win32::BString::view(shortLogPath));
         cut(fullPath, fullLogLimit);
         cut(shortPath, shortLogLimit);
-        win32::AppendFile full(fullPath), brief(shortPath);
+        // A link beside the program could lead the lines of an administrator's run into any file.
+        win32::AppendFile full(fullPath, win32::Links::refused), brief(shortPath, win32::Links::refused);
         full_ = std::move(full);
         short_ = std::move(brief);
     });

@@ -12,6 +12,7 @@
 #include "win32/registry/trusted_environment.h"
 #include "win32/system/console.h"
 #include "win32/system/identity.h"
+#include "win32/system/process.h"
 
 namespace {
 
@@ -93,6 +94,8 @@ int run(const Options& options) {
 }  // namespace
 
 int main() {
+    win32::failWithoutBoxes();
+    win32::useSystemLibrariesOnly();
     win32::setTrustedEnvironment();
     try {
         return run(report::parseOptions(report::argumentsOf(win32::commandLine())));

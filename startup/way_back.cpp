@@ -42,7 +42,7 @@ std::wstring WayBack::held(helmkit::RegistryAccess& registry) const {
 
 std::wstring WayBack::newPath() const {
     const std::wstring folder = win32::moduleFolder(nullptr) + L"\\Backup";
-    helmkit::fileServices().CreateFolder(folder);
+    win32::createFolder(folder, win32::Links::refused);
     const std::wstring location = place_.location;
     const bool isIni = place_.kind == PlaceKind::iniLine;
     const std::wstring begin = folder + L'\\' +
