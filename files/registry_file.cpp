@@ -47,8 +47,8 @@ win32::BString ansiContents(ExportTexts texts) {
 }  // namespace
 
 void writeRegistryFile(const std::wstring& path, ExportTexts texts) {
-    helmkit::fileServices().WriteTextFile(
-        path, win32::isNtFamily() ? unicodeContents(std::move(texts)) : ansiContents(std::move(texts)));
+    const auto contents = win32::isNtFamily() ? unicodeContents : ansiContents;
+    helmkit::fileServices().WriteTextFile(path, contents(std::move(texts)));
 }
 
 }  // namespace files

@@ -64,7 +64,7 @@ class ProgramFile {
     // The third of the directories is the resources'.
     void readDirectory(const std::string& optional) {
         const bool is64Bit = optional.size() >= 2 && unitAt(optional, 0) == 0x20B;
-        const size_t directories = is64Bit ? 112 : 96, entry = directories + 2 * 8;
+        const size_t directories = is64Bit ? 112 : 96, entry = directories + size_t{2} * 8;
         if (optional.size() < entry + 8 || numberAt(optional, directories - 4) < 3) return;
         resources_ = numberAt(optional, entry);
     }
