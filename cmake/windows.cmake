@@ -5,6 +5,8 @@ add_compile_options(-ffunction-sections -fdata-sections)
 add_compile_definitions(_WIN32_WINNT=0x0600 WIN32_LEAN_AND_MEAN NOMINMAX)
 # The same sources give the same bytes: no time of building in the files (scripts/reproducible.sh).
 add_link_options(-static -Wl,--gc-sections -Wl,--no-insert-timestamp)
+# On a terminal server no compatibility layer, which would turn the ini files and the Windows folder into the user's own.
+add_link_options(-Wl,--tsaware)
 # Release folders carry no symbols.
 add_link_options($<$<CONFIG:MinSizeRel>:-s>)
 

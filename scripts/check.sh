@@ -64,6 +64,17 @@ imports_are_checked() {
 asks_for_4_0() { wants_version 4 0 dist/x86/*.exe dist/x86/*.dll; }
 asks_for_5_2() { wants_version 5 2 dist/x64/*.exe dist/x64/*.dll; }
 
+# Random addresses, no execution of data, and on a terminal server no compatibility layer.
+asks_for_protection() {
+    local file header flag
+    for file in dist/x86/*.exe dist/x86/*.dll dist/x64/*.exe dist/x64/*.dll; do
+        header=$(x86_64-w64-mingw32-objdump -p "$file" | sed -n '/^DllCharacteristics/,/^SizeOfStack/p')
+        for flag in DYNAMIC_BASE NX_COMPAT TERMINAL_SERVICE_AWARE $([[ $file == dist/x64/* ]] && echo HIGH_ENTROPY_VA); do
+            grep -q "$flag" <<<"$header" || { printf '%s lacks %s\n' "$file" "$flag"; return 1; }
+        done
+    done
+}
+
 # Boxes, menus and pages take the user's own font; a face named here might be missing on another Windows.
 no_named_faces() { ! sources "${product[@]}" win32 | xargs -0 grep -nE 'lfFaceName|FONT +[0-9]+,|CreateFont[AW]?\('; }
 
@@ -92,6 +103,7 @@ rule 'the 64-bit files import what XP x64 has' imports_of_64bit
 rule 'a program that imports GetTickCount64 is refused' imports_are_checked
 rule 'the 32-bit files ask for Windows 4.0' asks_for_4_0
 rule 'the 64-bit files ask for Windows 5.2' asks_for_5_2
+rule 'the files ask for what protects them' asks_for_protection
 rule 'the manifests are as Windows XP to 11 want them' scripts/check-manifests.py dist/x86 dist/x64
 rule 'no font face is named' no_named_faces
 rule 'no include against the arrows between the folders (scripts/arrows.py)' scripts/arrows.py
