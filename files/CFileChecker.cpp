@@ -1,5 +1,7 @@
 #include "files/CFileChecker.h"
 
+#include <algorithm>
+
 #include "files/command_line.h"
 #include "win32/base/ascii.h"
 #include "win32/base/path.h"

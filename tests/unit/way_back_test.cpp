@@ -1,6 +1,8 @@
 // What is kept of a custom place before it is set back.
 #include <doctest/doctest.h>
 
+#include <algorithm>
+
 #include "startup/ucOther.h"
 #include "tests/support/page_fixture.h"
 #include "tests/support/reg_reader.h"
