@@ -64,7 +64,7 @@ void FAbout::layOut(int dpi) {
     ::AdjustWindowRectEx(&frame, WS_POPUP | WS_CAPTION | WS_SYSMENU, FALSE, WS_EX_DLGMODALFRAME);
     ::SetWindowPos(handle(), nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
                    SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
-    ::InvalidateRect(handle(), nullptr, TRUE);
+    win32::redrawAll(handle());
 }
 
 void FAbout::centreOverOwner() {

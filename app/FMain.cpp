@@ -108,7 +108,9 @@ void FMain::show() {
 void FMain::adoptFont() {
     // The controls go on drawing with the old font until they have the new one.
     win32::OwnedFont before = std::move(font_);
-    font_ = win32::messageFont(win32::dpiOf(handle()));
+    const int dpi = win32::dpiOf(handle());
+    font_ = win32::messageFont(dpi);
+    ts_.adoptResolution(dpi);
     win32::setFont(handle(), font_.get());
 }
 
@@ -177,6 +179,7 @@ void FMain::Form_Resize() {
     strip_.apply(dpi);
     for (const ShownPage& shown : pages_) shown.place.apply(dpi);
     lblFooter_.apply(dpi);
+    win32::redrawAll(handle());
 }
 
 void FMain::onResolutionChanged(int dpi, const RECT& place) {
@@ -191,7 +194,7 @@ void FMain::onResolutionChanged(int dpi, const RECT& place) {
         ::GetClientRect(shown.window(), &client);
         win32::send(shown.window(), WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.right, client.bottom));
     }
-    ::InvalidateRect(handle(), nullptr, TRUE);
+    win32::redrawAll(handle());
 }
 
 void FMain::onCommand(UINT command) {
@@ -249,6 +252,12 @@ LRESULT FMain::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
         case win32::dpiChanged:
             onResolutionChanged(HIWORD(wParam), *reinterpret_cast<const RECT*>(lParam));
             return 0;
+        case WM_SYSCOLORCHANGE:
+            // Windows tells it to top-level windows only; the common controls keep their old colours without
+            // it.
+            for (const ShownPage& shown : pages_) win32::sendToAll(shown.window(), message);
+            win32::sendToAll(ts_.window(), message);
+            break;
         case WM_DESTROY:
             ::PostQuitMessage(0);
             return 0;

@@ -28,7 +28,8 @@ class PlacedControl {
         if (twips >= 0) height_ = twips;
     }
 
-    // Moves the window to its place, at a resolution in pixels per inch.
+    // Moves the window to its place, at a resolution in pixels per inch. Nothing is painted: the layout of a
+    // top-level window ends with redrawAll, so that each control is erased and painted once.
     void apply(int dpi) const;
 
   private:

@@ -104,10 +104,19 @@ bool isHighContrast() {
     });
 }
 
+void sendToAll(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
+    send(window, message, wParam, lParam);
+    for (HWND child = ::GetWindow(window, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT)) {
+        sendToAll(child, message, wParam, lParam);
+    }
+}
+
 void setFont(HWND window, HFONT font) {
-    send(window, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
-    for (HWND child = ::GetWindow(window, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT))
-        setFont(child, font);
+    sendToAll(window, WM_SETFONT, reinterpret_cast<WPARAM>(font), TRUE);
+}
+
+void redrawAll(HWND window) {
+    ::RedrawWindow(window, nullptr, nullptr, RDW_INVALIDATE | RDW_ERASE | RDW_ALLCHILDREN);
 }
 
 HWND createControl(HWND parent, const wchar_t* systemClass, const std::wstring& text, DWORD style,

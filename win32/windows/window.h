@@ -24,8 +24,13 @@ OwnedFont boldVersionOf(HFONT font);
 OwnedFont underlinedVersionOf(HFONT font);
 // True when the user has asked for a high-contrast display (SystemParametersInfo).
 bool isHighContrast();
+// Sends a message to a window and to everything in it.
+void sendToAll(HWND window, UINT message, WPARAM wParam = 0, LPARAM lParam = 0);
 // Gives a font to a window and everything in it.
 void setFont(HWND window, HFONT font);
+
+// Has a window and everything in it painted anew, once, when there is nothing else to do.
+void redrawAll(HWND window);
 
 // A child control of a system class, created at no size.
 HWND createControl(HWND parent, const wchar_t* systemClass, const std::wstring& text, DWORD style,
