@@ -22,6 +22,10 @@ void PageLayout::create(HWND page, const CategoryDesign& design, const win32::Li
     lv_ = {list.window(), 0, listTop, 0, 0};
     heading_ = {createControl(page, L"Static", design.heading, WS_VISIBLE | SS_NOPREFIX, 0, label4Id), 0, 0,
                 9000, headingHeight};
+    // What a screen reader calls the list: the label before it, or its own text where nothing looks for
+    // labels.
+    ::SetWindowPos(heading_.window(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    win32::setText(list.window(), design.heading);
     lblFilename_ = {createControl(page, L"Static", design.note, WS_VISIBLE, 0, lblFilenameId), 0, 0,
                     hasFileBox_ ? fileBoxLeft - 60 : noteWidth, labelHeight};
     if (hasFileBox_) {

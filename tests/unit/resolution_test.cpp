@@ -203,6 +203,27 @@ TEST_CASE_FIXTURE(Moving, "a resolution between two whole ones is followed, too"
     checkLayout(144);
 }
 
+TEST_CASE_FIXTURE(Moving,
+                  "at 380 by 260 pixels nothing is cut off, but the note beside the custom page's button") {
+    ::SetWindowPos(window.handle(), nullptr, 10, 10, 380, 260, SWP_NOZORDER);
+    for (const wchar_t* page : listPages) {
+        CAPTURE(std::wstring(page));
+        RECT client, list = inParent(this->list(page));
+        ::GetClientRect(child(page), &client);
+        const RECT button = inParent(::GetDlgItem(child(page), 103));
+        checkInside(list, client);
+        checkInside(button, client);
+        // The heading of the list and two rows remain.
+        CHECK(list.bottom - list.top > 70);
+        CHECK(list.bottom <= button.top);
+        if (HWND box = ::GetDlgItem(child(page), 102)) {
+            checkInside(inParent(box), client);
+            CHECK(inParent(box).bottom <= button.top);
+            CHECK(list.bottom <= inParent(box).top);
+        }
+    }
+}
+
 TEST_CASE("row images grow with the resolution and stay transparent around the circle") {
     const COLORREF background = RGB(10, 200, 30);
     for (int dpi : {96, 120, 144, 192}) {

@@ -9,6 +9,11 @@ void TabStrip::create(HWND parent, int id) {
     window_ = createControl(parent, L"SysTabControl32", {}, WS_VISIBLE | WS_TABSTOP | WS_CLIPSIBLINGS, 0, id);
 }
 
+void TabStrip::adoptResolution(int dpi) {
+    const int side = 6, above = 3;
+    send(window_, TCM_SETPADDING, 0, MAKELPARAM(::MulDiv(side, dpi, 96), ::MulDiv(above, dpi, 96)));
+}
+
 void TabStrip::addTab(const std::wstring& key, const std::wstring& caption) {
     withFlavour([&]<class F>(F f) {
         auto text = spelled<F>(caption);

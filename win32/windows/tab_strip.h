@@ -14,6 +14,8 @@ class TabStrip {
     void create(HWND parent, int id);
     HWND window() const { return window_; }
 
+    // Room around the captions, in pixels for a resolution; the control's own default is that for 96.
+    void adoptResolution(int dpi);
     void addTab(const std::wstring& key, const std::wstring& caption);
     int count() const { return static_cast<int>(keys_.size()); }
     // The key of the selected tab, empty when none is selected.
