@@ -32,11 +32,12 @@ bool isIniLine(std::wstring_view line, std::wstring_view key, std::wstring_view&
 }
 
 std::vector<IniLine> startupLines(std::wstring_view text) {
+    const std::wstring_view keys[] = {L"load=", L"run=", L"shell="};
     std::vector<IniLine> found;
     IniLines lines(text);
     for (std::wstring_view line, rest; lines.next(line);) {
-        for (const wchar_t* key : {L"load=", L"run=", L"shell="}) {
-            if (isIniLine(line, key, rest)) found.push_back({key, std::wstring(rest)});
+        for (std::wstring_view key : keys) {
+            if (isIniLine(line, key, rest)) found.push_back({std::wstring(key), std::wstring(rest)});
         }
     }
     return found;
