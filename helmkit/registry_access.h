@@ -8,9 +8,10 @@
 
 namespace helmkit::server {
 
-// IRegistryAccess. Reading raises what is neither success nor absence nor a refused name; writing and
-// deleting raise nothing but wrong arguments and tell the Win32 error. They do not go through a place that is
-// a registry link (win32::linkRefused): the key of a value, the key above a key to delete. Reading does.
+// IRegistryAccess. Reading: absent values and refused names are not errors; anything else is raised. Writing
+// and deleting: wrong arguments are raised; everything else is returned as a Win32 error code. Neither
+// follows a registry link in the key of a value or in the key above a key to delete (win32::linkRefused).
+// Reading does.
 class RegistryAccess : public win32::AutomationObject<IRegistryAccess, &IID_IRegistryAccess> {
   public:
     STDMETHODIMP ReadValue(LONG hive, BSTR keyPath, BSTR valueName, BSTR* data, LONG* status) override;

@@ -9,8 +9,7 @@
 
 namespace startup {
 
-// Made afresh by every refresh: a file is read once, however many places it holds, and no answer is older
-// than the refresh.
+// A new object per refresh, so results are never stale. A file is read once, however many places it holds.
 class IniFiles {
   public:
     // Its lines that start programs; none when it is missing. What cannot be read is thrown, every time.

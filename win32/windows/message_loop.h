@@ -7,8 +7,8 @@
 
 namespace win32 {
 
-// Runs until the program is asked to end; gives back its exit code. `preview` sees each message first and
-// keeps from its window what it answers true for.
+// Runs until the program is asked to end; returns its exit code. `preview` sees each message before its
+// window does; returning true consumes it.
 int runMessageLoop(const std::function<bool(MSG&)>& preview);
 
 // A loop inside another one, for a modal window: runs while `condition` holds. An end of the program ends it
