@@ -45,7 +45,7 @@ void backup(const Options& options, Report& report) {
     const Medians medians =
         compare([&] { app::writeBackup(logger, folder); },
                 [&] { floor::backup(world.folder.file(L"floor.backup")); }, roundsFor(options));
-    report.add({.name = "backup", .ours = medians.ours, .floor = medians.floor, .target = 1.5});
+    report.add({.name = "backup", .ours = medians.ours, .floor = medians.floor, .target = 1.15});
     comparePeer(world.folder.file(L"peer.reg"), medians.ours, options, report);
 }
 

@@ -44,7 +44,7 @@ void checksum(const Options& options, Report& report) {
                                     [&] { plain = plainChecksum(path); }, roundsFor(options));
     REQUIRE(size > 0);
     REQUIRE(ours == plain);
-    report.add({.name = "checksum", .ours = medians.ours, .floor = medians.floor, .target = 1.2});
+    report.add({.name = "checksum", .ours = medians.ours, .floor = medians.floor, .target = 1.05});
 }
 
 }  // namespace bench

@@ -50,7 +50,7 @@ void deletion(const Options& options, Report& report) {
     };
     const Medians medians = alternate(
         ours, [&] { return round([&] { deletePlainly(pages.list, values[0]); }); }, roundsFor(options));
-    report.add({.name = "delete", .ours = medians.ours, .floor = medians.floor, .target = 1.25});
+    report.add({.name = "delete", .ours = medians.ours, .floor = medians.floor, .target = 0.97});
 }
 
 }  // namespace bench

@@ -8,6 +8,7 @@ namespace bench {
 
 struct Options {
     bool quick = false;  // small sizes and few rounds: shows that everything runs, measures nothing
+    bool large = false;  // 10,000 and 40,000 entries: shows that time grows with them and no faster
     Side side = Side::both;
     int rounds = 0;  // of each; 0 for as many as the figure takes its time for
 };

@@ -4,7 +4,8 @@
 namespace bench {
 
 void generalRefresh(const Options& options, Report& report) {
-    refreshFigure<startup::ucRun>("general-refresh", runValues, floor::readGeneral, options, report);
+    refreshFigure<startup::ucRun>("general-refresh", runValues, floor::readGeneral, {0.6, 0.97}, options,
+                                  report);
 }
 
 }  // namespace bench

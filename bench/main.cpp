@@ -1,6 +1,6 @@
-// bench.exe [--quick | --rounds N] [--only-ours | --only-floor] [--json FILE] [FIGURE ...]: measures the
-// program against floors. docs/performance.md explains the figures. The folder of this file is to hold the
-// whole program, and floor.exe.
+// bench.exe [--quick | --large] [--rounds N] [--only-ours | --only-floor] [--json FILE] [FIGURE ...]:
+// measures the program against floors. docs/performance.md explains the figures. The folder of this file is
+// to hold the whole program, and floor.exe.
 #define DOCTEST_CONFIG_IMPLEMENT
 #include <doctest/doctest.h>
 
@@ -60,6 +60,8 @@ Arguments parsed(int count, char** texts) {
         const std::string text = texts[i];
         if (text == "--quick") {
             arguments.options.quick = true;
+        } else if (text == "--large") {
+            arguments.options.large = true;
         } else if (text == "--rounds" && i + 1 < count) {
             arguments.options.rounds = std::atoi(texts[++i]);
         } else if (text == "--only-ours" || text == "--only-floor") {
@@ -99,6 +101,7 @@ bool isJob(const std::string& text) {
 namespace bench {
 
 std::vector<int> entryCounts(const Options& options) {
+    if (options.large) return {10000, 40000};
     return options.quick ? std::vector<int>{100} : std::vector<int>{100, 1000, 10000};
 }
 

@@ -20,7 +20,7 @@ void otherRefresh(const Options& options, Report& report) {
         floor();
         requireSameValues(pages.page.ListViewObject(), pages.list.window());
         const Medians medians = compare(ours, floor, roundsFor(options));
-        report.add({.name = "other-refresh", .ours = medians.ours, .floor = medians.floor, .target = 1.25});
+        report.add({.name = "other-refresh", .ours = medians.ours, .floor = medians.floor, .target = 1.1});
     }
     win32::setEnvironmentVariable(L"windir", before);
 }

@@ -1,5 +1,7 @@
-// The refresh of a page of 100, 1,000 and 10,000 entries.
+// The refresh of a page of 100, 1,000 and 10,000 entries, or of 10,000 and 40,000.
 #pragma once
+
+#include <algorithm>
 
 #include "bench/entries.h"
 #include "bench/floor/floors.h"
@@ -7,10 +9,15 @@
 
 namespace bench {
 
+// With more than 1,000 entries what is left is the registry, which both ask alike.
+struct RefreshTargets {
+    double upTo1000, beyond;
+};
+
 template <class Category>
 void refreshFigure(const std::string& name, decltype(runValues)* values, decltype(floor::readGeneral)* read,
-                   const Options& options, Report& report) {
-    std::optional<double> before;
+                   RefreshTargets targets, const Options& options, Report& report) {
+    std::optional<std::pair<int, double>> before;
     for (int count : entryCounts(options)) {
         World world;
         store(values(count, makePrograms(world.folder.path(), std::min(count, distinctFiles))));
@@ -23,9 +30,12 @@ void refreshFigure(const std::string& name, decltype(runValues)* values, decltyp
         Line line = {.name = name + "-" + std::to_string(count),
                      .ours = medians.ours,
                      .floor = medians.floor,
-                     .target = 1.25};
-        if (before) line.growth = medians.ours / *before;
-        before = medians.ours;
+                     .target = count <= 1000 ? targets.upTo1000 : targets.beyond};
+        if (before) {
+            line.growth = medians.ours / before->second;
+            line.largestGrowth = 1.1 * count / before->first;
+        }
+        before = {count, medians.ours};
         report.add(line);
     }
 }

@@ -38,7 +38,6 @@ std::optional<double> Line::ratio() const {
 }
 
 bool Line::isReached() const {
-    const double largestGrowth = 11;
     return ratio().value_or(ours) <= target && growth.value_or(0) <= largestGrowth;
 }
 

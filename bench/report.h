@@ -13,7 +13,8 @@ struct Line {
     std::string name;
     double ours = 0;
     std::optional<double> floor = {};   // none where there is nothing to compare with
-    std::optional<double> growth = {};  // times the figure of a tenth of the entries
+    std::optional<double> growth = {};  // times the figure before it, of fewer entries
+    double largestGrowth = 0;           // what that is to stay below
     double target = 0;                  // what ratio (bytes, where there is no floor) is to reach
     Unit unit = Unit::microseconds;
 

@@ -4,8 +4,8 @@
 namespace bench {
 
 void servicesRefresh(const Options& options, Report& report) {
-    refreshFigure<startup::ucServices>("services-refresh", serviceValues, floor::readServices, options,
-                                       report);
+    refreshFigure<startup::ucServices>("services-refresh", serviceValues, floor::readServices, {0.7, 1},
+                                       options, report);
 }
 
 }  // namespace bench

@@ -37,7 +37,7 @@ void start(const Options& options, Report& report) {
     const Medians medians =
         alternate([] { return startOf(L"Quillon.exe", L"QuillonMain"); },
                   [] { return startOf(L"floor.exe", L"QuillonFloor"); }, roundsFor(options, 30));
-    report.add({.name = "start", .ours = medians.ours, .floor = medians.floor, .target = 1.5});
+    report.add({.name = "start", .ours = medians.ours, .floor = medians.floor, .target = 0.8});
 }
 
 }  // namespace bench

@@ -3,13 +3,15 @@
 #
 #     scripts/bench.sh [x86 | x64] [ARGUMENTS OF BENCH.EXE]
 #     scripts/bench.sh --calls [x86 | x64] FIGURE     counts the Wine server calls of ours and of the floor instead
+#     scripts/bench.sh --services [x86 | x64]         the start with the 670 services of a Windows 10 instead
 #
 # docs/performance.md explains the figures. QUILLON_BUILD names another build folder than build/ARCHITECTURE.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 
-calls=
+calls= services=
 [ "${1:-}" != --calls ] || { calls=yes; shift; }
+[ "${1:-}" != --services ] || { services=yes; shift; }
 architecture=x86
 case ${1:-} in
 x86 | x64)
@@ -46,11 +48,17 @@ clean_up() {
 
 bench() { timeout 1800 wine "$build/bench/bench.exe" "$@"; }
 
-# Quillon and floor.exe read the registry that is there, so this one gets 200 entries.
+# Quillon and floor.exe read the registry that is there, so this one gets 200 entries, or the services.
 seed() {
+    local entries='C:\entries\entries.reg'
     mkdir -p "$prefix/drive_c/entries"
-    bench --start-entries 'C:\entries'
-    wine reg import 'C:\entries\entries.reg' /reg:64 >/dev/null 2>&1
+    if [ -n "$services" ]; then
+        scripts/bench-services.py "$prefix/drive_c" "$build/bench/fixture_program.exe"
+        entries='C:\services.reg'
+    else
+        bench --start-entries 'C:\entries'
+    fi
+    wine reg import "$entries" /reg:64 >/dev/null 2>&1
     wineserver -w
 }
 
@@ -65,6 +73,10 @@ if [ -n "$calls" ]; then
     # The server traces when its first program asks for it.
     WINEDEBUG=-all,+server bench --rounds 1 "$@" >"$prefix/table" 2>"$prefix/trace"
     scripts/bench-calls.py "$prefix/trace"
+    exit
+fi
+if [ -n "$services" ]; then
+    bench start
     exit
 fi
 bench --json bench.json "$@"
