@@ -34,6 +34,7 @@ from mutation.trial import tried  # noqa: E402
 FOLDERS = ['app', 'startup', 'files', 'helmkit', 'support', 'plugin', 'win32']
 WORK = TOP / 'build' / 'mutation'
 WANTED = 95
+CHECKED, CHECKED_AFTER = ('wide', 'ansi'), 25  # stages, and trials
 
 
 def options_of():
@@ -62,10 +63,10 @@ class Worker(threading.Thread):
     """Takes mutants until there are none, in a tree of its own."""
     lock = threading.Lock()
 
-    def __init__(self, number, todo, results, quick):
+    def __init__(self, number, todo, results, options):
         super().__init__(daemon=True)
-        self.folder, self.todo, self.results = WORK / str(number), todo, results
-        self.quick = quick
+        self.folder, self.todo, self.results, self.options = WORK / str(number), todo, results, options
+        self.unchecked = []  # the mutants tried since Windows was last seen as it was
         self.failure = None
 
     def run(self):
@@ -82,19 +83,39 @@ class Worker(threading.Thread):
     def work(self, windows):
         with self.lock:
             tree = Tree(TOP, self.folder / 'tree')
-        parts = stages(tree, Builder(tree.folder, max(1, os.cpu_count() // 2)), windows)
-        if self.quick:
+        parts = stages(tree, Builder(tree.folder, max(1, os.cpu_count() // self.options.jobs)), windows)
+        if self.options.quick:
             parts = [stage for stage in parts if not isinstance(stage, Late)]
         for stage in parts:
             stage.prepare()
-        while True:
-            try:
-                mutant = self.todo.get_nowait()
-            except queue.Empty:
-                return
+        for mutant in iter(self.next_mutant, None):
             self.tell(mutant, *tried(mutant, tree, parts))
+            if len(self.unchecked) >= CHECKED_AFTER:
+                self.check(parts, tree, windows)
+        self.check(parts, tree, windows)
+
+    def next_mutant(self):
+        try:
+            return self.todo.get_nowait()
+        except queue.Empty:
+            return None
+
+    def check(self, parts, tree, windows):
+        """A mutant may leave something in Windows at which the next ones' tests fail. Where they fail without a mutant, what
+        they said since they last passed is taken back, to be tried again."""
+        if self.unchecked and not all(stage.passes() for stage in parts if stage.name in CHECKED):
+            with self.lock:
+                print(f'mutate: {len(self.unchecked)} trials are void, the tests fail without a mutant', flush=True)
+                for mutant in self.unchecked:
+                    self.results.add(mutant, figures.VOID)
+            windows.make()
+            tree.forget_runs()
+            if not all(stage.passes() for stage in parts if stage.name in CHECKED):
+                raise SystemExit('mutate: the tests do not pass any more without a mutant')
+        self.unchecked = []
 
     def tell(self, mutant, outcome, stage, test, seconds):
+        self.unchecked.append(mutant)
         with self.lock:
             self.results.add(mutant, outcome, stage, test, seconds)
             told(mutant, outcome, f'{seconds:.0f} s, {self.todo.qsize()} to go', ' '.join(filter(None, [stage, test])))
@@ -110,7 +131,7 @@ def try_all(mutants, results, options):
     todo = queue.Queue()
     for mutant in mutants:
         todo.put(mutant)
-    workers = [Worker(number, todo, results, options.quick) for number in range(min(options.jobs, len(mutants)))]
+    workers = [Worker(number, todo, results, options) for number in range(min(options.jobs, len(mutants)))]
     for worker in workers:
         worker.start()
     for worker in workers:

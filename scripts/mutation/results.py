@@ -3,6 +3,7 @@ import json
 
 CAUGHT = ('killed', 'timeout')
 SAME = ('same program', 'equivalent')
+VOID = 'void'  # takes back what was said of the mutant before
 OUTCOMES = ('killed', 'timeout', 'survived', 'not compiled', *SAME)
 
 
@@ -18,7 +19,10 @@ class Results:
 
     def _take(self, trial):
         key = trial['file'], trial['before'], trial['after'], trial['occurrence']
-        self.trials.setdefault(key, []).append(trial)
+        if trial['outcome'] == VOID:
+            self.trials.pop(key, None)
+        else:
+            self.trials.setdefault(key, []).append(trial)
 
     def add(self, mutant, outcome, stage='', test='', seconds=0.0):
         trial = {'seed': self.seed, 'file': mutant.file, 'operator': mutant.operator, 'before': mutant.before,

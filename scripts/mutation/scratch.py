@@ -2,7 +2,6 @@
 import os
 import shutil
 import subprocess
-import threading
 
 from .running import Limits, run
 
@@ -32,6 +31,12 @@ class Tree:
         for base in ('base', 'base32'):
             if not (folder / 'build' / 'wine' / base).exists() and (top / 'build' / 'wine' / base).exists():
                 subprocess.run(['cp', '-al', top / 'build' / 'wine' / base, folder / 'build' / 'wine' / base], check=True)
+
+    def forget_runs(self):
+        """What the program of the unit tests has written beside itself."""
+        beside = self.folder / 'build' / 'x86' / 'tests'
+        for left in [*beside.glob('*.log'), *beside.glob('Backup*')]:
+            shutil.rmtree(left) if left.is_dir() else left.unlink()
 
     def copy(self, name):
         source, target = self.top / name, self.folder / name
@@ -85,34 +90,39 @@ class Builder:
 
 
 class Windows:
-    """A Wine prefix that is used again as long as what ran in it ended well, and made anew otherwise, beside the next build."""
+    """A Wine prefix that one mutant after the other runs in. A program of its own keeps Wine's services from ending between
+    two runs: to start them takes longer than most tests. What a mutant leaves behind in it is looked for now and then by
+    the tests themselves (Worker.check in mutate.py); making a prefix for each would cost more than all else."""
 
     def __init__(self, top, folder, display):
         self.script, self.folder = top / 'scripts' / 'wine-prefix.sh', folder
         self.environment = {**os.environ, 'DISPLAY': display, 'WINEPREFIX': str(folder), 'WINEDEBUG': '-all', 'LC_ALL': 'C.UTF-8',
                             # A mutant that crashes is dead without a debugger.
                             'WINEDLLOVERRIDES': 'mscoree=;mshtml=;winemenubuilder.exe=d;winedbg.exe=d'}
-        self.making = None
-        self.spoil()
+        self.keeper = None
+        self.make()
 
     def make(self):
+        self.stop()
         run(['bash', self.script, 'copy', self.folder, 'winxp', 'unmanaged'], COPY_LIMIT)
-        run(['wine', 'cmd', '/c', 'exit'], COPY_LIMIT, self.environment)
+        self.keep()
 
-    def spoil(self):
-        self.making = threading.Thread(target=self.make)
-        self.making.start()
+    def keep(self):
+        # It waits for a line that never comes.
+        self.keeper = subprocess.Popen(['wine', 'cmd', '/c', 'set', '/p', 'line='], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL,
+                                       stderr=subprocess.DEVNULL, env=self.environment, start_new_session=True)
 
     def stop(self):
         run(['bash', self.script, 'stop', self.folder], COPY_LIMIT)
+        if self.keeper:
+            self.keeper.stdin.close()
+            self.keeper.wait()
+            self.keeper = None
 
     def run(self, command, limits, folder):
-        self.making.join()
-        ran = run(['wine', *command], limits, self.environment, folder, end=self.stop)
-        if ran.code != 0:
-            self.spoil()
-        return ran
+        if self.keeper is None or self.keeper.poll() is not None:
+            self.keep()
+        return run(['wine', *command], limits, self.environment, folder, end=self.stop)
 
     def close(self):
-        self.making.join()
         self.stop()

@@ -164,7 +164,7 @@ TEST_CASE("a plug-in may put a logger in place that offers nothing but a call by
         VARIANT arguments[] = {code, text, level, source};
         win32::invoke(logger.get(), L"WriteLog", arguments, 4);
     }
-    CHECK(TempFolder::read(log) == "4|s|7|caf\xC3\xA9\r\n");
+    CHECK(TempFolder::read(log) == "4|s|7|caf\xC3\xA9\r\n5||0|plug-in released\r\n");
     ::DeleteFileW(log.c_str());
 }
 

@@ -4,6 +4,7 @@
 
 #include "tests/support/memory_shortage.h"
 #include "tests/support/objects.h"
+#include "tests/support/replaced_import.h"
 #include "tests/support/temp_folder.h"
 #include "win32/base/flavour.h"
 #include "win32/files/files.h"
@@ -34,6 +35,16 @@ struct Files {
         return count;
     }
 };
+
+// A move that Windows refuses: the first, the second, ...
+int refusedMove = 0, moves = 0;
+BOOL(WINAPI* realMove)(const char*, const char*);
+
+BOOL WINAPI moveFile(const char* from, const char* to) {
+    if (++moves != refusedMove) return realMove(from, to);
+    ::SetLastError(ERROR_SHARING_VIOLATION);
+    return FALSE;
+}
 
 std::string allBytes() {
     std::string bytes;
@@ -111,6 +122,27 @@ TEST_CASE_FIXTURE(Files, "a file that is in use is refused and stays as it was")
         CHECK(FAILED(write(path, L"new")));
     }
     CHECK(TempFolder::read(path) == "old");
+    CHECK(folder.count() == 1);
+}
+
+TEST_CASE_FIXTURE(Files, "on Windows 98 a file that cannot be replaced is put back under its name") {
+    if (win32::flavour() == win32::Flavour::wide) return;  // the NT family replaces in one step
+    const ReplacedImport refusing("MoveFileA", &moveFile, realMove);
+    const std::wstring path = folder.file(L"win.ini");
+    TempFolder::write(path, "old");
+    ::SetFileAttributesW(path.c_str(), FILE_ATTRIBUTE_HIDDEN);
+    for (const auto& [refused, made] : {std::pair(1, 1), {2, 3}}) {
+        refusedMove = refused;
+        moves = 0;
+        CHECK(write(path, L"new") == HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION));
+        CHECK(moves == made);
+        CHECK(TempFolder::read(path) == "old");
+        CHECK((::GetFileAttributesW(path.c_str()) & FILE_ATTRIBUTE_HIDDEN) != 0);
+        CHECK(folder.count() == 1);
+    }
+    refusedMove = 0;
+    CHECK(write(path, L"new") == S_OK);
+    CHECK(TempFolder::read(path) == "new");
     CHECK(folder.count() == 1);
 }
 

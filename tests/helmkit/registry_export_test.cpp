@@ -11,6 +11,7 @@
 #include "win32/base/flavour.h"
 #include "win32/base/utf16_bytes.h"
 #include "win32/registry/registry.h"
+#include "win32/registry/registry_tree.h"
 
 namespace {
 
@@ -66,6 +67,20 @@ TEST_CASE_FIXTURE(Export, "roots have their long names") {
     setString(HKEY_CURRENT_USER, L"k", L"v", L"1");
     CHECK(helmkit::exportKey(HKEY_CURRENT_USER, L"k").text() ==
           L"\r\n[HKEY_CURRENT_USER\\k]\r\n\"v\"=\"1\"\r\n");
+    // Wine overrides this hive in the program's own view only: elsewhere the key is a real one.
+    const std::wstring own = L"Quillon.Export.Test";
+    win32::RegistryKey key;
+    REQUIRE(key.create(HKEY_CLASSES_ROOT, own, KEY_ALL_ACCESS) == ERROR_SUCCESS);
+    REQUIRE(key.set(L"v", REG_SZ, win32::bytesOf({L"2\0", 2})) == ERROR_SUCCESS);
+    const std::wstring header = L"\r\n[HKEY_CLASSES_ROOT\\" + own + L"]\r\n\"v\"=\"2\"\r\n";
+    CHECK(helmkit::exportKey(HKEY_CLASSES_ROOT, own).text() == header);
+    CHECK(helmkit::exportValue(HKEY_CLASSES_ROOT, own, L"v").text() == header);
+    key.close();
+    // The calls of Windows 9x would delete it in the other view.
+    const win32::Flavour before = win32::flavour();
+    win32::forceFlavour(win32::Flavour::wide);
+    CHECK(win32::deleteKeyTree(HKEY_CLASSES_ROOT, own) == ERROR_SUCCESS);
+    win32::forceFlavour(before);
 }
 
 TEST_CASE_FIXTURE(Export, "expandable strings go as the bytes of this family's header") {

@@ -2,6 +2,8 @@
 
 #include <doctest/doctest.h>
 
+#include <cstring>
+
 #include "tests/support/objects.h"
 #include "tests/support/scripted_desktop.h"
 #include "win32/files/files.h"
@@ -101,6 +103,38 @@ TEST_CASE_FIXTURE(Services,
     double day = 1;
     dates.put(0, &day);
     CHECK(format(L"%1", dates) == L"12/31/1899");
+}
+
+TEST_CASE_FIXTURE(Services, "an array may be of every type that has a text") {
+    // The bytes of one element, all of them 1, and what they are as a number of that type.
+    const struct {
+        VARTYPE type;
+        const wchar_t* text;
+    } rows[] = {{VT_I1, L"1"},
+                {VT_UI1, L"1"},
+                {VT_I2, L"257"},
+                {VT_UI2, L"257"},
+                {VT_I4, L"16843009"},
+                {VT_UI4, L"16843009"},
+                {VT_INT, L"16843009"},
+                {VT_UINT, L"16843009"},
+                {VT_I8, L"72340172838076673"},
+                {VT_UI8, L"72340172838076673"},
+                {VT_R4, nullptr},
+                {VT_R8, nullptr},
+                {VT_CY, nullptr},
+                {VT_DATE, nullptr}};
+    for (const auto& row : rows) {
+        CAPTURE(row.type);
+        Array numbers(row.type, 2);
+        std::memset(numbers.parray->pvData, 1, 2 * ::SafeArrayGetElemsize(numbers.parray));
+        win32::Variant one;
+        one.vt = row.type;
+        std::memset(&one.llVal, 1, sizeof one.llVal);
+        // What is told of numbers with a point is the same as of one by itself.
+        const std::wstring text = row.text ? row.text : format(L"%1", one);
+        CHECK(format(L"%1 %2", numbers) == text + L" " + text);
+    }
 }
 
 TEST_CASE_FIXTURE(Services, "arguments without a text and arrays that are not what they claim are refused") {
@@ -213,6 +247,12 @@ TEST_CASE_FIXTURE(Services, "the Windows version is what the desktop says") {
         CHECK(told[2] == minor);
         std::wstring begin = std::to_wstring(major) + L'.' + std::to_wstring(minor) + L'.';
         CHECK(text.text() == begin + std::to_wstring(told[3]));
+        // The others are what Windows says of itself.
+        OSVERSIONINFOW own = {};
+        own.dwOSVersionInfoSize = sizeof own;
+        REQUIRE(::GetVersionExW(&own));
+        CHECK(told[3] == static_cast<LONG>(own.dwBuildNumber & 0xFFFF));
+        CHECK(servicePack.text() == own.szCSDVersion);
     };
     check(ScriptedDesktop::windowsXp, 2, 5, 1);
     check(ScriptedDesktop::windows2000, 2, 5, 0);

@@ -6,15 +6,26 @@
 
 namespace {
 
+// Writes a line when it goes.
 class ReplacingPlugin : public win32::AutomationObject<ICCustom2, &IID_ICCustom2> {
   public:
     STDMETHODIMP Init(IDispatch** logger) override {
         return method([&] {
-            auto replacement = newFileLogger();
+            replacement_ = newFileLogger();
             auto replaced = win32::ComPtr<IDispatch>::adopt(*logger);
-            *logger = replacement.release();
+            *logger = win32::ComPtr<IDispatch>(replacement_).release();
         });
     }
+
+  private:
+    ~ReplacingPlugin() override {
+        if (!replacement_) return;
+        win32::Variant line[] = {win32::Variant(LONG{0}), win32::Variant(std::wstring(L"plug-in released")),
+                                 win32::Variant(LONG{5}), win32::Variant(std::wstring())};
+        win32::invoke(replacement_.get(), L"WriteLog", line, 4);
+    }
+
+    win32::ComPtr<IDispatch> replacement_;
 };
 
 const win32::ComClass classes[] = {

@@ -1,10 +1,15 @@
 """The mutants that the operators make, and what is said of one that no test noticed."""
+import contextlib
+import io
 import json
+import queue
 import sys
 import tempfile
+import types
 import unittest
 from pathlib import Path
 
+import mutate
 from mutation import results as figures
 from mutation.equivalents import Equivalent, Equivalents
 from mutation.mutants import mutants_of
@@ -175,10 +180,53 @@ class Figures(unittest.TestCase):
         self.assertEqual(results.outcomes(self.mutants, 0)['win32']['survived'], 1)
         self.assertEqual(results.outcomes(self.mutants, -1)['win32']['killed'], 1)
 
+    def test_what_is_taken_back_is_tried_again(self):
+        one, other = self.mutants[:2]
+        results = figures.Results(self.file, 7)
+        for mutant, outcome in ((one, 'killed'), (other, 'killed'), (one, figures.VOID)):
+            results.add(mutant, outcome)
+        for told in (results, figures.Results(self.file, 7)):
+            self.assertEqual([told.last(one), told.last(other)], [None, 'killed'])
+            self.assertEqual(told.outcomes(self.mutants, 0)['win32']['killed'], 1)
+
     def test_a_share_leaves_out_what_does_not_compile_and_what_is_the_same(self):
         row = dict.fromkeys(figures.OUTCOMES, 0) | {'killed': 2, 'timeout': 1, 'survived': 1, 'not compiled': 5, 'same program': 6}
         self.assertEqual(figures.share(row), 75)
         self.assertIn('75.0 %', figures.told('trial', {'win32': row}))
+
+
+class Checks(unittest.TestCase):
+    """Windows as the mutants before have left it."""
+
+    def worker(self, *passing):
+        with tempfile.TemporaryDirectory() as folder:
+            self.results = figures.Results(Path(folder) / 'results.jsonl', 1)
+            worker = mutate.Worker(0, None, self.results, None)
+            self.mutants = mutants_of('a.cpp', 'x = a < b;')
+            for mutant in self.mutants:
+                with contextlib.redirect_stdout(io.StringIO()):
+                    worker.todo = queue.Queue()
+                    worker.tell(mutant, 'killed', 'wide', 'a case', 1.0)
+            answers = iter(passing)
+            stage = types.SimpleNamespace(name='wide', passes=lambda: next(answers))
+            self.made = []
+            with contextlib.redirect_stdout(io.StringIO()):
+                worker.check([stage], types.SimpleNamespace(forget_runs=lambda: self.made.append('tree')),
+                             types.SimpleNamespace(make=lambda: self.made.append('Windows')))
+            return worker
+
+    def test_verdicts_stand_where_the_tests_pass(self):
+        worker = self.worker(True)
+        self.assertEqual(([self.results.last(mutant) for mutant in self.mutants], self.made, worker.unchecked),
+                         (['killed'] * 2, [], []))
+
+    def test_they_are_taken_back_where_the_tests_fail(self):
+        worker = self.worker(False, True)
+        self.assertEqual(([self.results.last(mutant) for mutant in self.mutants], self.made, worker.unchecked),
+                         ([None] * 2, ['Windows', 'tree'], []))
+
+    def test_nothing_goes_on_where_they_always_fail(self):
+        self.assertRaises(SystemExit, self.worker, False, False)
 
 
 class Known(unittest.TestCase):

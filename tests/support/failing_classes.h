@@ -13,7 +13,7 @@
 #include "win32/com/com_module.h"
 
 // What is refused now: `ReadValue key\name`, `EnumValues key`, `EnumSubkeys key`, `ReadTextFile path`,
-// `Field name`, ...
+// `Field name`, `Field name of record`, ...
 inline std::set<std::wstring>& refused() {
     static std::set<std::wstring> what;
     return what;
@@ -82,8 +82,13 @@ class FailingSystemServices : public helmkit::server::SystemServices {
 class FailingRecord : public helmkit::server::Record {
   public:
     STDMETHODIMP Field(BSTR name, IField** field) override {
-        const HRESULT refused = refusal(IID_IRecord, L"Field " + win32::BString::copy(name));
-        return FAILED(refused) ? refused : helmkit::server::Record::Field(name, field);
+        win32::BString own;
+        win32::check(get_Name(own.out()));
+        const std::wstring what = L"Field " + win32::BString::copy(name);
+        for (const std::wstring& spelled : {what, what + L" of " + own.text()}) {
+            if (const HRESULT refused = refusal(IID_IRecord, spelled); FAILED(refused)) return refused;
+        }
+        return helmkit::server::Record::Field(name, field);
     }
 };
 

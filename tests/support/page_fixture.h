@@ -23,6 +23,26 @@ class HiddenWindow : public win32::Window {
     }
 };
 
+// A resolution at which a pixel is a twip, so that measures are seen as they are meant.
+class TwipResolution {
+  public:
+    explicit TwipResolution(HWND topLevel) : topLevel_(topLevel) { win32::keepDpi(topLevel, 1440); }
+    ~TwipResolution() { win32::forgetDpi(topLevel_); }
+    TwipResolution(const TwipResolution&) = delete;
+    TwipResolution& operator=(const TwipResolution&) = delete;
+
+  private:
+    HWND topLevel_;
+};
+
+// Left, top, width and height of a child window.
+inline std::vector<int> placeIn(HWND parent, HWND window) {
+    RECT place;
+    ::GetWindowRect(window, &place);
+    ::MapWindowPoints(nullptr, parent, reinterpret_cast<POINT*>(&place), 2);
+    return {int(place.left), int(place.top), int(place.right - place.left), int(place.bottom - place.top)};
+}
+
 // An environment variable with another value for a while.
 class Variable {
   public:

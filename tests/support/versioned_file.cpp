@@ -25,7 +25,7 @@ std::wstring node(const std::wstring& key, const std::wstring& value, WORD value
     return units;
 }
 
-std::wstring versionBlock(const VersionStrings& strings) {
+std::wstring versionBlock(const VersionStrings& strings, const VersionNumbers& version) {
     std::vector<std::wstring> values;
     for (const auto& [name, text] : strings) {
         values.push_back(node(name, text + L'\0', static_cast<WORD>(text.size() + 1), true));
@@ -34,6 +34,11 @@ std::wstring versionBlock(const VersionStrings& strings) {
     fixedInfo[0] = 0x04BD;
     fixedInfo[1] = 0xFEEF;
     fixedInfo[3] = 1;
+    // Each half of the version with its lower number first.
+    fixedInfo[4] = version.second;
+    fixedInfo[5] = version.first;
+    fixedInfo[6] = version.fourth;
+    fixedInfo[7] = version.third;
     const std::wstring table = node(L"040904b0", {}, 0, true, values);
     const std::wstring translation = node(L"Translation", {0x0409, 0x04B0}, 4, false);
     return node(
@@ -43,11 +48,11 @@ std::wstring versionBlock(const VersionStrings& strings) {
 
 }  // namespace
 
-void makeProgramFile(const std::wstring& path, const VersionStrings& strings) {
+void makeProgramFile(const std::wstring& path, const VersionStrings& strings, const VersionNumbers& version) {
     const std::wstring model = win32::moduleFolder(nullptr) + L"\\fixture_program.exe";
     REQUIRE(::CopyFileW(model.c_str(), path.c_str(), FALSE));
     if (strings.empty()) return;
-    std::wstring block = versionBlock(strings);
+    std::wstring block = versionBlock(strings, version);
     HANDLE update = ::BeginUpdateResourceW(path.c_str(), FALSE);
     REQUIRE(update);
     REQUIRE(::UpdateResourceW(update, MAKEINTRESOURCEW(16), MAKEINTRESOURCEW(1), 0x0409, block.data(),

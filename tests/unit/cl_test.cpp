@@ -2,6 +2,8 @@
 // one meets a real server in tests/support_request.
 #include <doctest/doctest.h>
 
+#include <set>
+
 #include "tests/support/page_fixture.h"
 #include "tests/support/scripted_parameters.h"
 #include "tests/support/scripted_request.h"
@@ -18,6 +20,20 @@ class CountingWindow : public HiddenWindow {
         return HiddenWindow::onMessage(message, wParam, lParam);
     }
 };
+
+// The tests' own, without line breaks.
+std::wstring base64(const std::string& bytes) {
+    const std::wstring digits = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::wstring text;
+    for (size_t at = 0; at < bytes.size(); at += 3) {
+        unsigned group = 0;
+        for (size_t i = 0; i < 3; ++i)
+            group = group << 8 | (at + i < bytes.size() ? static_cast<unsigned char>(bytes[at + i]) : 0);
+        for (size_t i = 0; i < 4; ++i)
+            text += at + i <= bytes.size() ? digits[group >> (18 - 6 * i) & 63] : L'=';
+    }
+    return text;
+}
 
 struct Sender {
     TempFolder temporary;
@@ -77,6 +93,28 @@ TEST_CASE_FIXTURE(Sender, "a request is opened, given its content type and sent,
     CHECK(request.calls[2].substr(0, begin.size()) == begin);
     const std::wstring value = request.calls[2].substr(begin.size());
     CHECK(value.find_first_of(L"+\\\r\n& ") == std::wstring::npos);
+}
+
+TEST_CASE_FIXTURE(
+    Sender, "the form holds the archive in base64, byte by byte: plus is encoded, slash and equals are not") {
+    std::set<wchar_t> signs;
+    for (int tries = 0; tries < 200 && signs.size() < 3; ++tries) {
+        for (const wchar_t* ending : {L".xml", L".zip"}) {
+            if (temporary.count()) ::DeleteFileW(temporary.file(keptFile(ending)).c_str());
+        }
+        request.calls.clear();
+        const std::wstring category(1 + tries % 3, L'c');
+        CHECK(send(category));
+        const std::wstring id = keptFile(L".xml").substr(0, 36);
+        const std::wstring text = base64(TempFolder::read(temporary.file(keptFile(L".zip"))));
+        for (wchar_t sign : text) {
+            if (sign == L'+' || sign == L'/' || sign == L'=') signs.insert(sign);
+        }
+        std::wstring expected = L"send subject=" + category + L"%5C" + id + L"&value=";
+        for (wchar_t sign : text) expected += sign == L'+' ? std::wstring(L"%2B") : std::wstring(1, sign);
+        REQUIRE(request.calls.at(2) == expected);
+    }
+    CHECK(signs.size() == 3);
 }
 
 TEST_CASE_FIXTURE(Sender, "the document holds category, identifier and every value in its order") {

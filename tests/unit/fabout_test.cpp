@@ -63,6 +63,49 @@ TEST_CASE_FIXTURE(About, "a release over the link and a double-click of the pict
     CHECK(visits == 2);
 }
 
+TEST_CASE_FIXTURE(About, "the box stands over the middle of its owner, its frame behind what it surrounds") {
+    const int dpi = win32::dpiOf(box.handle());
+    RECT client, around, own;
+    ::GetClientRect(box.handle(), &client);
+    CHECK(client.right == win32::toPixels(6000, dpi));
+    CHECK(client.bottom == win32::toPixels(3450, dpi));
+    ::GetWindowRect(owner.handle(), &around);
+    ::GetWindowRect(box.handle(), &own);
+    CHECK(own.left == (around.left + around.right - (own.right - own.left)) / 2);
+    CHECK(own.top == (around.top + around.bottom - (own.bottom - own.top)) / 2);
+    HWND last = ::GetWindow(::GetWindow(box.handle(), GW_CHILD), GW_HWNDLAST);
+    CHECK((::GetWindowLongW(last, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX);
+}
+
+TEST_CASE_FIXTURE(About, "the link is blue, underlined and under a hand, the notice is not") {
+    HDC context = ::CreateCompatibleDC(nullptr);
+    auto colour = [&](HWND label) {
+        ::SetTextColor(context, RGB(1, 2, 3));
+        CHECK(::SendMessageW(box.handle(), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(context),
+                             reinterpret_cast<LPARAM>(label)) != 0);
+        return ::GetTextColor(context);
+    };
+    auto isUnderlined = [](HWND label) {
+        LOGFONTW font = {};
+        ::GetObjectW(reinterpret_cast<HFONT>(::SendMessageW(label, WM_GETFONT, 0, 0)), sizeof font, &font);
+        return font.lfUnderline != 0;
+    };
+    auto cursorOver = [&](HWND label) {
+        ::SetCursor(nullptr);
+        ::SendMessageW(box.handle(), WM_SETCURSOR, reinterpret_cast<WPARAM>(label),
+                       MAKELPARAM(HTCLIENT, WM_MOUSEMOVE));
+        return ::GetCursor();
+    };
+    HWND link = child(L"Visit"), notice = child(L"Quillon Version");
+    CHECK(colour(link) == RGB(0, 0, 238));
+    CHECK(colour(notice) != RGB(0, 0, 238));
+    CHECK(isUnderlined(link));
+    CHECK_FALSE(isUnderlined(notice));
+    CHECK(cursorOver(link) == ::LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));
+    CHECK(cursorOver(notice) != ::LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)));
+    ::DeleteDC(context);
+}
+
 TEST_CASE_FIXTURE(About, "the separator is an etched static window that fills its control") {
     HWND line = ofClass(L"QuillonStaticLine");
     HWND etched = ::GetWindow(line, GW_CHILD);
@@ -74,4 +117,14 @@ TEST_CASE_FIXTURE(About, "the separator is an etched static window that fills it
     ::GetWindowRect(etched, &size);
     CHECK(size.right - size.left == 77);
     CHECK(size.bottom - size.top == 5);
+}
+
+TEST_CASE_FIXTURE(HiddenWindow,
+                  "the separator takes its etched window with it, wherever that stands by then") {
+    HiddenWindow other;
+    auto line = std::make_unique<app::StaticLine>(handle());
+    HWND etched = ::GetWindow(line->handle(), GW_CHILD);
+    REQUIRE(::SetParent(etched, other.handle()));
+    line.reset();
+    CHECK_FALSE(::IsWindow(etched));
 }

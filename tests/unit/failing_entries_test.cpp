@@ -177,6 +177,21 @@ TEST_CASE_FIXTURE(Failing, "every page: a failing folder ends the enumeration, a
     }
 }
 
+TEST_CASE_FIXTURE(Failing, "a failed refresh leaves the rows that were added before the error") {
+    for (const wchar_t* name : {L"a", L"b", L"c"})
+        value(HKEY_LOCAL_MACHINE, run, name, L"C:\\nowhere\\x.exe");
+    PageOf<startup::ucRun> page(parent.handle());
+    page.Init(logger);
+    CHECK(names(page) == L"a; b; c; ");
+    refuse(L"Field Name of b");
+    page.RefreshList();
+    CHECK(sourceOfTheLine(L"Field Name of b") == L"ucRun.RefreshList");
+    CHECK(names(page) == L"a; ");
+    refused().clear();
+    page.RefreshList();
+    CHECK(names(page) == L"a; b; c; ");
+}
+
 TEST_CASE_FIXTURE(Failing,
                   "every page: selection, keys, menu, Delete and Properties name their own procedure") {
     auto pages = onePageEach();

@@ -7,11 +7,20 @@
 #include "files/file_properties.h"
 #include "files/windows_folders.h"
 #include "tests/support/page_fixture.h"
+#include "tests/support/replaced_import.h"
 #include "win32/base/path.h"
 #include "win32/files/files.h"
 #include "win32/system/system.h"
 
 namespace {
+
+// A file that is found and gone when its long name is asked for.
+template <class Char>
+DWORD WINAPI findWhatIsGone(const Char*, const Char* name, const Char*, DWORD room, Char* path, Char**) {
+    const size_t length = std::char_traits<Char>::length(name);
+    if (length < room) std::char_traits<Char>::copy(path, name, length + 1);
+    return static_cast<DWORD>(length < room ? length : length + 1);
+}
 
 struct Checker : PageFixture {
     files::CFileChecker checker;
@@ -79,9 +88,27 @@ TEST_CASE_FIXTURE(Checker, "short names become long ones on the NT family only")
     CHECK(files::CFileChecker().GetFullFileNameFromShortFilename(given) == given);
 }
 
-TEST_CASE_FIXTURE(Checker, "a name of more than 2000 characters is not found") {
-    const std::wstring endless = L"C:\\" + std::wstring(3000, L'a');
-    CHECK(full(endless) == endless);
+TEST_CASE_FIXTURE(Checker, "a failed long path is empty on the NT family; the other asks for none") {
+    const ReplacedImport wideCall("SearchPathW", &findWhatIsGone<wchar_t>);
+    const ReplacedImport ansiCall("SearchPathA", &findWhatIsGone<char>);
+    for (const wchar_t* name : {L"gone.exe", L"no folder\\gone.exe"}) {
+        const std::wstring gone = folder.file(name);
+        desktop.windowsVersion = ScriptedDesktop::windowsXp;
+        CHECK(files::CFileChecker().GetFullFileNameFromShortFilename(gone).empty());
+        desktop.windowsVersion = ScriptedDesktop::windows98;
+        CHECK(files::CFileChecker().GetFullFileNameFromShortFilename(gone) == gone);
+    }
+}
+
+TEST_CASE_FIXTURE(Checker, "a path of 2,000 and more characters is not found") {
+    const ReplacedImport wideCall("SearchPathW", &findWhatIsGone<wchar_t>);
+    const ReplacedImport ansiCall("SearchPathA", &findWhatIsGone<char>);
+    for (size_t length : {1998, 1999, 2000, 2001, 3000}) {
+        CAPTURE(length);
+        const std::wstring path = L"C:\\" + std::wstring(length - 3, L'a');
+        CHECK(win32::searchPath(path) == (length < 2000 ? path : std::wstring()));
+        if (length >= 2000) CHECK(full(path) == path);
+    }
 }
 
 TEST_CASE_FIXTURE(PageFixture, "the search folders are those of PATH, empty ones included") {

@@ -80,7 +80,9 @@ struct Main : PageFixture {
         Held keys(held);
         MSG message = {};
         message.hwnd = child(L"ucHelp1");
-        message.message = WM_KEYUP;
+        // With Alt and without Ctrl held, a key comes as a system key.
+        auto isHeld = [&](int key) { return std::count(held.begin(), held.end(), key) > 0; };
+        message.message = isHeld(VK_MENU) && !isHeld(VK_CONTROL) ? WM_SYSKEYUP : WM_KEYUP;
         message.wParam = key;
         window.preview(message);
     }
@@ -89,6 +91,24 @@ struct Main : PageFixture {
     HWND footer() { return ::GetDlgItem(window.handle(), 201); }
     int rows(const wchar_t* page) {
         return static_cast<int>(::SendMessageW(::GetDlgItem(child(page), 101), LVM_GETITEMCOUNT, 0, 0));
+    }
+    // Chooses in the main menu by the captions, from the bar down.
+    void choose(const std::vector<std::wstring>& captions) {
+        HMENU menu = ::GetMenu(window.handle());
+        for (const std::wstring& caption : captions) {
+            int row = 0;
+            for (; row < ::GetMenuItemCount(menu); ++row) {
+                wchar_t text[100] = L"";
+                ::GetMenuStringW(menu, row, text, 100, MF_BYPOSITION);
+                if (text == caption) break;
+            }
+            REQUIRE(row < ::GetMenuItemCount(menu));
+            if (HMENU below = ::GetSubMenu(menu, row)) {
+                menu = below;
+            } else {
+                command(::GetMenuItemID(menu, row));
+            }
+        }
     }
     void command(UINT id) { ::SendMessageW(window.handle(), WM_COMMAND, id, 0); }
     void setClientTwips(int width, int height) {
@@ -429,4 +449,117 @@ TEST_CASE_FIXTURE(Main, "the home page is opened by explorer") {
     desktop.programAnswers = {false};
     command(app::mnuVisitWebsite);
     CHECK(log().size() == lines);
+}
+
+namespace {
+
+// What is done with the about box while it is open, from a timer: the box lets messages run.
+struct OpenAbout {
+    static inline HWND owner = nullptr;
+    static inline bool wasSeen = false, wasModal = false;
+
+    static BOOL CALLBACK keepAbout(HWND window, LPARAM box) {
+        wchar_t name[50] = L"";
+        ::GetClassNameW(window, name, 50);
+        if (std::wstring(name) != L"QuillonAbout" || !::IsWindowVisible(window)) return TRUE;
+        *reinterpret_cast<HWND*>(box) = window;
+        return FALSE;
+    }
+    static void CALLBACK act(HWND, UINT, UINT_PTR timer, DWORD) {
+        HWND box = nullptr;
+        ::EnumThreadWindows(::GetCurrentThreadId(), keepAbout, reinterpret_cast<LPARAM>(&box));
+        if (!box) return;
+        ::KillTimer(nullptr, timer);
+        wasSeen = true;
+        wasModal = !::IsWindowEnabled(owner) && ::IsWindowEnabled(box) && ::GetWindow(box, GW_OWNER) == owner;
+        for (HWND child = ::GetWindow(box, GW_CHILD); child; child = ::GetWindow(child, GW_HWNDNEXT)) {
+            if (win32::windowText(child).find(L"Visit Mardelix") == 0)
+                ::SendMessageW(child, WM_LBUTTONUP, 0, 0);
+        }
+        HWND picture = ::FindWindowExW(box, nullptr, L"QuillonPicture", nullptr);
+        ::SendMessageW(picture, WM_LBUTTONDBLCLK, 0, 0);
+        ::PostMessageW(box, WM_KEYDOWN, VK_ESCAPE, 0);
+    }
+};
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Main,
+                  "the about box is modal, and explorer opens the home page from its link and picture") {
+    start();
+    OpenAbout::owner = window.handle();
+    OpenAbout::wasSeen = OpenAbout::wasModal = false;
+    desktop.programAnswers = {true, true};
+    ::SetTimer(nullptr, 0, 10, OpenAbout::act);
+    choose({L"&Help", L"&About Quillon..."});
+    CHECK(OpenAbout::wasSeen);
+    CHECK(OpenAbout::wasModal);
+    CHECK(::IsWindowEnabled(window.handle()));
+    REQUIRE(desktop.programs.size() == 2);
+    for (const auto& program : desktop.programs) {
+        CHECK(program.commandLine == L"explorer http://mardelix.example/");
+        CHECK(program.application == win32::windowsFolder() + L"\\explorer.exe");
+    }
+}
+
+TEST_CASE_FIXTURE(Main, "each row of the menu does what it says") {
+    start();
+    registry.setString(HKEY_LOCAL_MACHINE, run, L"a", L"x");
+    choose({L"&File", L"&Refresh"});
+    CHECK(rows(L"ucRun1") == 1);
+    removeBackups();
+    desktop.messageBoxAnswers = {IDOK, IDOK};
+    choose({L"&Tools", L"&Backup Current Settings"});
+    CHECK(desktop.messageBoxes.back().text == L"Backup complete successfully.");
+    CHECK_FALSE(backup().empty());
+    desktop.expectedFolders = 1;
+    choose({L"&Tools", L"&Restore..."});
+    CHECK(desktop.folders.size() == 1);
+    for (const std::wstring tool : {L"Corvana", L"Teselin", L"Morrowfen"}) {
+        desktop.messageBoxAnswers = {IDOK, IDCANCEL};
+        choose({L"&Tools", L"&More Parasite Removers", L"&" + tool});
+        CHECK(desktop.messageBoxes.back().text ==
+              L"Do you want to download " + tool + L" from Mardelix web site?");
+    }
+    desktop.programAnswers = {true};
+    choose({L"&Help", L"Quillon &Home Page"});
+    CHECK(desktop.programs.size() == 1);
+    HWND before = window.handle();
+    choose({L"&File", L"&Exit"});
+    CHECK_FALSE(::IsWindow(before));
+    MSG quit;
+    REQUIRE(::PeekMessageW(&quit, nullptr, WM_QUIT, WM_QUIT, PM_REMOVE));
+    CHECK(quit.wParam == 0);
+}
+
+TEST_CASE_FIXTURE(
+    Main, "the keyboard stays where it was while another program is used, and leaves what is hidden") {
+    start();
+    window.show();
+    HWND list = ::GetDlgItem(child(L"ucRun1"), 101);
+    release(VK_TAB, {VK_CONTROL});
+    ::SetFocus(list);
+    REQUIRE(::GetFocus() == list);
+    ::SendMessageW(window.handle(), WM_ACTIVATE, WA_INACTIVE, 0);
+    ::SetFocus(footer());
+    ::SendMessageW(window.handle(), WM_ACTIVATE, WA_ACTIVE, 0);
+    ::SendMessageW(window.handle(), WM_SETFOCUS, 0, 0);
+    CHECK(::GetFocus() == list);
+    release(VK_TAB, {VK_CONTROL});
+    CHECK(::GetFocus() == strip());
+    ::SendMessageW(window.handle(), WM_SETFOCUS, 0, 0);
+    CHECK(::GetFocus() == strip());
+    ::SetFocus(child(L"ucWinlogon1"));
+    CHECK(::GetFocus() == ::GetDlgItem(child(L"ucWinlogon1"), 101));
+}
+
+TEST_CASE_FIXTURE(Main, "the window opens at its design's size, its strip behind everything") {
+    RECT client;
+    ::GetClientRect(window.handle(), &client);
+    CHECK(std::vector<int>{int(client.right), int(client.bottom)} == pixels({9600, 6900}));
+    CHECK(::GetWindow(strip(), GW_HWNDLAST) == strip());
+    CHECK(win32::windowText(window.handle()).empty());
+    start();
+    CHECK(place(strip())[0] == pixels({75})[0]);
+    CHECK(place(strip())[1] == pixels({60})[0]);
 }

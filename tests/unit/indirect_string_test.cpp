@@ -2,12 +2,28 @@
 #include <doctest/doctest.h>
 
 #include "tests/support/program_image.h"
+#include "tests/support/replaced_import.h"
 #include "tests/support/scripted_desktop.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/text.h"
+#include "win32/base/text.h"
 #include "win32/files/indirect_string.h"
+#include "win32/system/environment.h"
 
 namespace {
+
+// The system folder, while a test has one of its own.
+std::wstring systemFolder;
+
+UINT WINAPI systemDirectoryW(wchar_t* path, UINT room) {
+    systemFolder.copy(path, room);
+    return static_cast<UINT>(systemFolder.size());
+}
+UINT WINAPI systemDirectoryA(char* path, UINT room) {
+    const std::string folder = win32::toAnsi(systemFolder);
+    folder.copy(path, room);
+    return static_cast<UINT>(folder.size());
+}
 
 struct Names {
     TempFolder folder;
@@ -33,6 +49,23 @@ TEST_CASE_FIXTURE(Names, "a name is read from the file, where it has one") {
     CHECK(shown(101) == raw(101));
     desktop.windowsVersion = ScriptedDesktop::windowsXp;
     CHECK(shown() == raw());
+}
+
+TEST_CASE_FIXTURE(Names, "a file is named with references to the environment, or bare in the system folder") {
+    give(blockBytes({L"", L"", L"", L"", fourth}));
+    win32::setEnvironmentVariable(L"QuillonNames", folder.path());
+    const std::wstring named = L"@%QuillonNames%\\names.dll,-100", bare = L"@names.dll,-100";
+    CHECK(win32::displayedText(named) == fourth);
+    CHECK(win32::displayedText(bare) == bare);
+    systemFolder = folder.path();
+    {
+        const ReplacedImport wideCall("GetSystemDirectoryW", &systemDirectoryW);
+        const ReplacedImport ansiCall("GetSystemDirectoryA", &systemDirectoryA);
+        CHECK(win32::displayedText(bare) == fourth);
+        CHECK(win32::displayedText(L"@other.dll,-100") == L"@other.dll,-100");
+    }
+    win32::setEnvironmentVariable(L"QuillonNames", {});
+    CHECK(win32::displayedText(named) == named);
 }
 
 TEST_CASE_FIXTURE(Names, "a name is read from the file of strings beside it, where it has none itself") {

@@ -2,6 +2,18 @@
 
 #include "tests/support/page_fixture.h"
 
+TEST_CASE("the hour-glass is shown while something works, and then what was before") {
+    HCURSOR hand = ::LoadCursorW(nullptr, MAKEINTRESOURCEW(32649)),
+            hourGlass = ::LoadCursorW(nullptr, MAKEINTRESOURCEW(32514));
+    HCURSOR before = ::SetCursor(hand);
+    {
+        const win32::WaitCursor waiting;
+        CHECK(::GetCursor() == hourGlass);
+    }
+    CHECK(::GetCursor() == hand);
+    ::SetCursor(before);
+}
+
 TEST_CASE_FIXTURE(HiddenWindow, "a list whose window has gone has no rows and no selection") {
     win32::ListView list;
     list.create(handle(), 1);

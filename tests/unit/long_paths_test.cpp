@@ -19,11 +19,24 @@ namespace {
 
 const wchar_t* const folderNames[] = {L"A folder of long name", L"short", L"MiXed.Dir", L"two.dots.here",
                                       L"f\xFCr alle"};
-const wchar_t* const fileNames[] = {
-    L"a long file name.txt", L"Short.TXT",   L"two.dots.exe", L"plain",
-    L"noextensionatall",     L"a b.txt",     L"x+y.sys",      L".hidden",
-    L"\xFCml.exe",           L"A~B{C}!.Exe", L"file.html",    L"longerthan8.c",
-    L"with blank.dll",       L"(1)@#$%.exe"};
+const wchar_t* const fileNames[] = {L"a long file name.txt",
+                                    L"Short.TXT",
+                                    L"two.dots.exe",
+                                    L"plain",
+                                    L"noextensionatall",
+                                    L"a b.txt",
+                                    L"x+y.sys",
+                                    L".hidden",
+                                    L"\xFCml.exe",
+                                    L"A~B{C}!.Exe",
+                                    L"file.html",
+                                    L"longerthan8.c",
+                                    L"with blank.dll",
+                                    L"(1)@#$%.exe",
+                                    L"EightChr.Abc",
+                                    L"NineChars.Abc",
+                                    L"Base.Four",
+                                    L"2Digits9.A0"};
 
 std::wstring shortNameOf(const std::wstring& path) {
     WIN32_FIND_DATAW found;

@@ -7,8 +7,11 @@
 #include "app/start_up.h"
 #include "resources/resource_ids.h"
 #include "tests/support/failing_classes.h"
+#include "tests/support/memory_shortage.h"
 #include "tests/support/page_fixture.h"
+#include "tests/support/replaced_import.h"
 #include "tests/support/small_category.h"
+#include "win32/files/file_search.h"
 #include "win32/system/resources.h"
 #include "win32/windows/menu.h"
 
@@ -205,6 +208,43 @@ TEST_CASE_FIXTURE(
     NotedPage::replacement = nullptr;
 }
 
+TEST_CASE_FIXTURE(Noted, "an error of the form's own loading is logged as Form_Load's and ends it") {
+    NotedPage::replacement = &log;
+    app::FMain window(notedPages);
+    window.Form_Load();
+    log.lines.clear();
+    NotedPage::notes.clear();
+    {
+        // Too little for the path of the program's folder, the first thing that is asked for.
+        MemoryShortage shortage(200);
+        window.Form_Load();
+        CHECK(shortage.wasFelt());
+    }
+    REQUIRE(log.lines.size() == 1);
+    CHECK(log.lines[0].source == L"FMain.Form_Load");
+    CHECK(log.lines[0].level == 4);
+    CHECK(log.lines[0].code == E_OUTOFMEMORY);
+    CHECK(NotedPage::notes.empty());
+}
+
+TEST_CASE("five pages in their order, each with its key, caption and line in the log") {
+    const wchar_t* const expected[][3] = {
+        {L"help", L"Help", nullptr},
+        {L"Run", L"General Startup Programs", L"Run: '%1', '%2', '%3'"},
+        {L"Winlogon", L"Winlogon Startup Programs", L"Winlogon: '%1', '%2', '%3'"},
+        {L"Other", L"Custom Startup Programs", L"Other: '%1', '%2'"},
+        {L"Services", L"Services", L"Services: '%1', '%2', '%3'"},
+    };
+    auto text = [](const wchar_t* given) { return given ? std::wstring(given) : L"(none)"; };
+    REQUIRE(app::pageTable().size() == std::size(expected));
+    for (size_t i = 0; i < std::size(expected); ++i) {
+        const app::PageRow& row = app::pageTable()[i];
+        CHECK(text(row.key) == expected[i][0]);
+        CHECK(text(row.caption) == expected[i][1]);
+        CHECK(text(row.logTemplate) == text(expected[i][2]));
+    }
+}
+
 TEST_CASE("the main menu: captions, separators, no shortcuts") {
     HMENU menu = app::createMainMenu();
     CHECK(captions(menu) == Captions{L"&File", L"&Tools", L"&Help"});
@@ -217,15 +257,47 @@ TEST_CASE("the main menu: captions, separators, no shortcuts") {
     ::DestroyMenu(menu);
 }
 
+namespace {
+
+// A folder that is a link, as its attributes tell.
+DWORD(WINAPI* realAttributesW)(const wchar_t*);
+DWORD(WINAPI* realAttributesA)(const char*);
+
+template <class Char, auto* real>
+DWORD WINAPI attributesOfLink(const Char* path) {
+    const DWORD attributes = (*real)(path);
+    const bool isFolder = attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
+    return isFolder ? attributes | FILE_ATTRIBUTE_REPARSE_POINT : attributes;
+}
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Window, "a link in the place of the backup's folder gets no file") {
+    const ReplacedImport wideCall("GetFileAttributesW", &attributesOfLink<wchar_t, &realAttributesW>,
+                                  realAttributesW);
+    const ReplacedImport ansiCall("GetFileAttributesA", &attributesOfLink<char, &realAttributesA>,
+                                  realAttributesA);
+    app::writeBackup(log.logger(), folder.path());
+    REQUIRE(log.lines.size() == 1);
+    CHECK(log.lines[0].source == L"FMain.BackupRegistry");
+    CHECK(log.lines[0].code == E_ACCESSDENIED);
+    CHECK(::RemoveDirectoryW(folder.file(L"Backup").c_str()));  // nothing is in it
+}
+
 TEST_CASE_FIXTURE(
     Window, "Restore tells in style 64 and opens the folder also where there is no backup and no folder") {
-    desktop.messageBoxAnswers = {IDOK};
-    desktop.expectedFolders = 1;
-    app::mnuRestore_Click(parent.handle(), log.logger(), folder.file(L"nothing here"));
-    CHECK(desktop.messageBoxes.at(0).style == 64);
-    CHECK(desktop.messageBoxes.at(0).title == L"Quillon");
-    CHECK(desktop.folders.at(0).path == folder.file(L"nothing here\\Backup\\"));
-    CHECK(desktop.folders.at(0).owner == parent.handle());
+    const std::wstring noFolder = folder.file(L"nothing here"), noBackup = folder.path();
+    REQUIRE(::CreateDirectoryW((noBackup + L"\\Backup").c_str(), nullptr));
+    for (const std::wstring& program : {noFolder, noBackup}) {
+        desktop.messageBoxAnswers = {IDOK};
+        ++desktop.expectedFolders;
+        app::mnuRestore_Click(parent.handle(), log.logger(), program);
+        CHECK(desktop.messageBoxes.back().style == 64);
+        CHECK(desktop.messageBoxes.back().title == L"Quillon");
+        CHECK(desktop.folders.back().path == program + L"\\Backup\\");
+        CHECK(desktop.folders.back().owner == parent.handle());
+    }
+    CHECK_FALSE(win32::isFolder(noFolder));
     CHECK(log.lines.empty());
 }
 
@@ -236,8 +308,9 @@ TEST_CASE("the texts that no window shows stay in the string table, the descript
           L"Windows startup places and lists startup programs so you could delete abusive items.\n \nQuillon "
           L"backs "
           L"up configuration data so you can roll back all changes at any time.");
-    const std::wstring instructions = L"Request Support button", text = win32::loadString(131);
-    CHECK(text.find(instructions) != std::wstring::npos);
+    const std::wstring ending = L"Request Support button", text = win32::loadString(131);
+    REQUIRE(text.size() > ending.size());
+    CHECK(text.substr(text.size() - ending.size()) == ending);
     CHECK(win32::loadString(132) ==
           L"Your support request has been sent successfully. Please allow up to 48 hours for a response.");
     CHECK(win32::loadString(133) == L"Cannot send support request. Ensure you are online now. ");

@@ -224,8 +224,13 @@ TEST_CASE_FIXTURE(Rules, "the pictures: green for what Windows needs, blue for o
 TEST_CASE_FIXTURE(Rules, "ProductDescription without ProductName falls back") {
     registry.setString(HKEY_LOCAL_MACHINE, policy, L"v",
                        program(folder.file(L"d.exe"), {{L"ProductDescription", L"unused"}}));
-    auto page = shown<startup::ucRun>();
-    CHECK(page->rows().at(0).text == folder.file(L"d.exe"));
+    registry.setString(HKEY_LOCAL_MACHINE, notify + L"\\p", L"DLLName", folder.file(L"d.exe"));
+    registry.setString(HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Services\\s", L"ImagePath",
+                       folder.file(L"d.exe"));
+    CHECK(shown<startup::ucRun>()->rows().at(0).text == folder.file(L"d.exe"));
+    CHECK(shown<startup::ucWinlogon>()->rows().at(0).text == folder.file(L"d.exe"));
+    const auto services = shown<startup::ucServices>()->rows();
+    CHECK(services.at(0).text == services.at(0).file);
 }
 
 TEST_CASE_FIXTURE(Rules, "a file that changes under its path shows its new maker after a refresh") {
@@ -238,6 +243,21 @@ TEST_CASE_FIXTURE(Rules, "a file that changes under its path shows its new maker
     CHECK(page->rows().at(0).second == L"First");
     page->RefreshList();
     CHECK(page->rows().at(0).second == L"Second");
+}
+
+TEST_CASE_FIXTURE(Rules, "a file that has come since is found by a refresh: the resolver is a new one") {
+    const std::wstring later = folder.file(L".\\later.dll");
+    registry.setString(HKEY_LOCAL_MACHINE, cv + L"Run", L"m", later);
+    registry.setString(HKEY_LOCAL_MACHINE, notify + L"\\p", L"DLLName", later);
+    registry.setString(HKEY_LOCAL_MACHINE, L"SYSTEM\\CurrentControlSet\\Services\\s", L"ImagePath", later);
+    const std::unique_ptr<startup::StartupListControl> pages[] = {
+        shown<startup::ucRun>(), shown<startup::ucWinlogon>(), shown<startup::ucServices>()};
+    for (const auto& page : pages) CHECK(page->rows().at(0).file == later);
+    program(folder.file(L"later.dll"));
+    for (const auto& page : pages) {
+        page->RefreshList();
+        CHECK(page->rows().at(0).file == win32::longPath(folder.file(L"later.dll")));
+    }
 }
 
 TEST_CASE_FIXTURE(Rules, "custom: a startup folder is opened and the list refreshed; Cancel does neither") {
@@ -311,6 +331,25 @@ TEST_CASE_FIXTURE(Rules, "custom: the layout has the note on the button's row an
     HWND view = page->ListViewObject().window();
     const int half = win32::toPixels((win32::toTwips(600, dpi) - 120 - 255) / 2, dpi);
     for (int column : {0, 1}) CHECK(::SendMessageW(view, LVM_GETCOLUMNWIDTH, column, 0) == half);
+}
+
+TEST_CASE_FIXTURE(Rules, "the measures of a page are exact to the twip") {
+    const TwipResolution twips(parent.handle());
+    const std::unique_ptr<startup::StartupListControl> pages[] = {shown<startup::ucRun>(),
+                                                                  shown<startup::ucOther>()};
+    using Place = std::vector<int>;
+    for (const auto& page : pages) {
+        ::SetWindowPos(page->handle(), nullptr, 0, 0, 9000, 6000, SWP_NOZORDER);
+        auto place = [&](int id) { return placeIn(page->handle(), control(*page, id)); };
+        const bool hasBox = page == pages[0];
+        CHECK(place(103) == Place{9000 - 1995 - 15, 6000 - 375 - 60, 1995, 375});
+        if (hasBox) CHECK(place(102) == Place{1110, 5565 - 360, 9000 - 1110 - 15, 315});
+        CHECK(place(105) == Place{0, hasBox ? 5205 + 30 : 5565, hasBox ? 1050 : 5000, 255});
+        CHECK(place(104) == Place{0, 0, 9000, 255});
+        CHECK(place(101) == Place{0, 285, 9000, (hasBox ? 5205 : 5565) - 285 - 60});
+        for (int column : {0, 1})
+            CHECK(::SendMessageW(control(*page, 101), LVM_GETCOLUMNWIDTH, column, 0) == 4312);
+    }
 }
 
 TEST_CASE_FIXTURE(Rules, "the browser checks expand what they are given") {

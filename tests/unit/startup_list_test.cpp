@@ -233,15 +233,23 @@ TEST_CASE_FIXTURE(Page, "Alt+Enter opens the properties; Enter with other modifi
             CHECK(desktop.shellRequests.empty());
         }
         ::SendMessageW(list.window(), WM_SYSKEYUP, VK_RETURN, 0);
+        deselect();
+        ::SendMessageW(list.window(), WM_SYSKEYUP, VK_RETURN, 0);
     }
     CHECK(desktop.shellRequests.size() == 1);
+    CHECK(log.lines.empty());
 }
 
 TEST_CASE_FIXTURE(Page, "Delete and F5 are not the control's keys") {
     init();
-    release(VK_DELETE);
-    release(VK_F5);
+    registry.setString(HKEY_CURRENT_USER, run, L"new", L"x");
+    for (UINT key : {VK_DELETE, VK_F5}) {
+        for (UINT message : {WM_KEYDOWN, WM_KEYUP}) ::SendMessageW(list.window(), message, key, 0);
+    }
     CHECK(desktop.messageBoxes.empty());
+    CHECK(list.count() == 1);
+    CHECK(registry.hasValue(HKEY_LOCAL_MACHINE, run, L"a"));
+    CHECK(log.lines.empty());
 }
 
 TEST_CASE_FIXTURE(Page, "the properties of a file that has gone meanwhile") {

@@ -397,6 +397,11 @@ TEST_CASE_FIXTURE(PageFixture, "the browser checks") {
         CHECK(startup::classServerCheck(access, L"{1}", L"shdocvw.dll", server) ==
               startup::Icon::exclamation);
         CHECK(startup::classServerCheck(access, L"{2}", L"mshtml.dll", server) == startup::Icon::exclamation);
+        const Variable named(L"QuillonTestFolder", real);
+        registry.setString(HKEY_CLASSES_ROOT, L"CLSID\\{3}\\InProcServer32", L"",
+                           L"%QuillonTestFolder%\\system32\\mshtml.dll", REG_EXPAND_SZ);
+        CHECK(startup::classServerCheck(access, L"{3}", L"mshtml.dll", server) ==
+              startup::Icon::protectedEntry);
     }
     CHECK(startup::blankPageCheck(real + L"\\SYSTEM32\\blank.htm") == startup::Icon::protectedEntry);
     CHECK(startup::blankPageCheck(real + L"\\blank.htm") == startup::Icon::exclamation);

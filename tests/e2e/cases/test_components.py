@@ -36,6 +36,8 @@ class Components(Case):
         self.start()
         self.assertEqual(len(self.entries()), 3, self.log_texts())
         replaced = (self.folder / 'replaced.log').read_text(encoding='utf-8')
+        # Before anything else is logged, while its logger goes on.
+        self.assertEqual(replaced.splitlines()[0], '5||0|plug-in released')
         self.assertIn("Run: 'Gone', 'Not specified', 'C:\\nowhere\\gone.exe'", replaced)
         self.assertNotIn('start app', replaced)
 

@@ -1,0 +1,130 @@
+// What a caller is told about a call that was wrong in itself: its number and its description.
+#include <doctest/doctest.h>
+
+#include <functional>
+
+#include "helmkit/client/logger.h"
+#include "helmkit/file_services.h"
+#include "helmkit/keyed_list.h"
+#include "helmkit/record_list.h"
+#include "helmkit/registry_access.h"
+#include "helmkit/system_services.h"
+#include "support/cZip.h"
+#include "tests/support/helmkit_classes.h"
+#include "tests/support/objects.h"
+#include "tests/support/recording_logger.h"
+#include "tests/support/registry_fixture.h"
+
+namespace {
+
+struct Row {
+    std::function<HRESULT()> call;
+    HRESULT number;
+    const wchar_t* description;
+};
+
+std::wstring lastDescription() {
+    win32::ComPtr<IErrorInfo> info;
+    win32::BString text;
+    REQUIRE(::GetErrorInfo(0, info.out()) == S_OK);
+    REQUIRE(info->GetDescription(text.out()) == S_OK);
+    return text.text();
+}
+
+}  // namespace
+
+TEST_CASE_FIXTURE(RegistryFixture, "each object of the library says what was wrong with a call") {
+    auto registry = make<helmkit::server::RegistryAccess>();
+    auto files = make<helmkit::server::FileServices>();
+    auto system = make<helmkit::server::SystemServices>();
+    auto list = make<helmkit::server::KeyedList>();
+    auto records = make<helmkit::server::RecordList>();
+    win32::ComPtr<IRecord> record;
+    REQUIRE(records->AddRecord(record.out()) == S_OK);
+    REQUIRE(record->SetField(bs(L"f").get(), win32::Variant(LONG{1})) == S_OK);
+    win32::ComPtr<IField> field;
+    REQUIRE(record->Field(bs(L"f").get(), field.out()) == S_OK);
+    win32::BString text;
+    win32::Variant value;
+    win32::ComPtr<IRecord> noRecord;
+    win32::ComPtr<IField> noField;
+    win32::Variant numbers, table;
+    SAFEARRAYBOUND bounds[2] = {{1, 0}, {1, 0}};
+    numbers.parray = ::SafeArrayCreate(VT_I4, 1, bounds);
+    table.parray = ::SafeArrayCreate(VT_I4, 2, bounds);
+    numbers.vt = table.vt = VT_ARRAY | VT_I4;
+    VARIANT lying = numbers;
+    lying.vt = VT_ARRAY | VT_R8;
+    BSTR path = nullptr;
+    LONG hive = 0, status = 0;
+    const wchar_t* const noPlace = L"No place for the result was given";
+    const Row rows[] = {
+        {[&] { return registry->ReadValue(-1, nullptr, nullptr, text.out(), &status); }, E_INVALIDARG,
+         L"Not a registry hive: 4294967295"},
+        {[&] { return registry->ExportKey(nullptr, &path, text.out()); }, E_POINTER,
+         L"No hive or key was given"},
+        {[&] { return registry->ExportKey(&hive, nullptr, text.out()); }, E_POINTER,
+         L"No hive or key was given"},
+        {[&] { return registry->ReadValue(0, nullptr, nullptr, nullptr, &status); }, E_POINTER, noPlace},
+        {[&] { return files->ReadTextFile(nullptr, nullptr); }, E_POINTER, noPlace},
+        {[&] { return system->FormatMessage(nullptr, lying, text.out()); }, DISP_E_TYPEMISMATCH,
+         L"The arguments are of a type that has no text"},
+        {[&] { return system->FormatMessage(nullptr, table, text.out()); }, E_INVALIDARG,
+         L"The arguments must be a list"},
+        {[&] { return system->EncodeBinaryText(bs(L"\x100").get(), text.out()); }, E_INVALIDARG,
+         L"The text holds a character that is no byte"},
+        {[&] { return system->GetTempFileName(bs(L"a*").get(), text.out()); }, E_INVALIDARG,
+         L"The prefix holds a character that no file name has"},
+        {[&] { return list->get_Item(win32::Variant(std::wstring(L"k")), value.out()); }, E_INVALIDARG,
+         L"The list has no item of that key"},
+        {[&] { return list->get_Item(win32::Variant(LONG{1}), value.out()); }, DISP_E_BADINDEX,
+         L"The list has no item there"},
+        {[&] { return list->get_Item(win32::Variant(LONG{1}), nullptr); }, E_POINTER, noPlace},
+        {[&] { return records->get_Item(0, noRecord.out()); }, DISP_E_BADINDEX,
+         L"The list has no record there"},
+        {[&] { return records->get_Item(2, noRecord.out()); }, DISP_E_BADINDEX,
+         L"The list has no record there"},
+        {[&] { return record->SetField(bs(L"g").get(), win32::Variant()); }, DISP_E_TYPEMISMATCH,
+         L"A field needs a value"},
+        {[&] { return record->Field(bs(L"none").get(), noField.out()); }, E_INVALIDARG,
+         L"The record has no such field"},
+        {[&] { return field->get_Item(0, value.out()); }, DISP_E_BADINDEX, L"The field has no value there"},
+        {[&] { return field->get_Item(2, value.out()); }, DISP_E_BADINDEX, L"The field has no value there"},
+        {[&] { return field->get_Value(nullptr); }, E_POINTER, noPlace},
+    };
+    for (const Row& row : rows) {
+        CAPTURE(&row - rows);
+        CHECK(row.call() == row.number);
+        CHECK(lastDescription() == row.description);
+    }
+}
+
+TEST_CASE("callers are told in the same way") {
+    const HelmkitClasses classes;
+    RecordingLogger log;
+    support::cZip nothing, noFiles, bothWays;
+    noFiles.ZipFile = bothWays.ZipFile = L"x.zip";
+    bothWays.AddFileSpec(L"a");
+    bothWays.ConvertCRLFToLF = bothWays.ConvertLFToCRLF = true;
+    const struct {
+        std::function<void()> call;
+        HRESULT number;
+        const wchar_t* description;
+    } rows[] = {
+        {[&] { log.logger().OpenLogs(L"a", L"b"); }, E_NOINTERFACE, L"The logger opens no logs"},
+        {[&] { nothing.FileSpec(3); }, DISP_E_BADINDEX, L"There is no file specification 3"},
+        {[&] { nothing.Zip(); }, E_INVALIDARG, L"No archive is named"},
+        {[&] { noFiles.Zip(); }, E_INVALIDARG, L"No file is named"},
+        {[&] { bothWays.Zip(); }, E_INVALIDARG, L"Line ends cannot go both ways"},
+    };
+    for (const auto& row : rows) {
+        CAPTURE(&row - rows);
+        try {
+            row.call();
+            FAIL_CHECK("nothing was thrown");
+        } catch (const win32::Error& error) {
+            CHECK(error.number == row.number);
+            CHECK(error.description == row.description);
+        }
+    }
+}
