@@ -59,6 +59,18 @@ imports_are_checked() {
     [[ $found == *'missing on Windows 98: kernel32.dll!GetTickCount64'* ]]
 }
 
+# Neither is version.dll, which Windows 98 has, but which no Windows since Vista takes from its own folder first.
+planting_is_checked() {
+    local folder found=
+    folder=$(mktemp -d)
+    printf '#include <windows.h>\nint main() { return VerQueryValueA(nullptr, "", nullptr, nullptr); }\n' >"$folder/version.cpp"
+    i686-w64-mingw32-g++-win32 -static "$folder/version.cpp" -lversion -o "$folder/Quillon.exe" &&
+        tee "$folder"/{QuillonReport.exe,Helmkit.dll,QLNCustom.dll} <"$folder/Quillon.exe" >/dev/null &&
+        found=$(scripts/check-imports.py --product "$folder")
+    rm -rf "$folder"
+    [[ $found == *'could be taken from beside the program: version.dll!VerQueryValueA'* ]]
+}
+
 # An executable that asks for a newer system is refused before its first instruction. No 64-bit Windows for this processor
 # is older than 5.2.
 asks_for_4_0() { wants_version 4 0 dist/x86/*.exe dist/x86/*.dll; }
@@ -101,6 +113,7 @@ rule 'no A or W function called outside win32/' no_flavour_calls
 rule 'the 32-bit files import what Windows 98 and 2000 have, what fails on 98 explained' imports_of_32bit
 rule 'the 64-bit files import what XP x64 has' imports_of_64bit
 rule 'a program that imports GetTickCount64 is refused' imports_are_checked
+rule 'a program that imports version.dll is refused' planting_is_checked
 rule 'the 32-bit files ask for Windows 4.0' asks_for_4_0
 rule 'the 64-bit files ask for Windows 5.2' asks_for_5_2
 rule 'the files ask for what protects them' asks_for_protection
