@@ -87,6 +87,19 @@ asks_for_protection() {
     done
 }
 
+# Without the flag no object would ask for the function that ends an overrun program.
+looks_at_its_stack() {
+    local architecture folder objects
+    for architecture in x86:i686 x64:x86_64; do
+        for folder in "${product[@]}" win32; do
+            mapfile -d '' -t objects < <(find "build/${architecture%:*}/$folder" -name '*.obj' -print0 2>/dev/null)
+            "${architecture#*:}-w64-mingw32-nm" --undefined-only "${objects[@]}" | grep -q ' _*__stack_chk_fail$' && continue
+            printf 'no function of build/%s/%s looks at its stack\n' "${architecture%:*}" "$folder"
+            return 1
+        done
+    done
+}
+
 # Boxes, menus and pages take the user's own font; a face named here might be missing on another Windows.
 no_named_faces() { ! sources "${product[@]}" win32 | xargs -0 grep -nE 'lfFaceName|FONT +[0-9]+,|CreateFont[AW]?\('; }
 
@@ -117,6 +130,7 @@ rule 'a program that imports version.dll is refused' planting_is_checked
 rule 'the 32-bit files ask for Windows 4.0' asks_for_4_0
 rule 'the 64-bit files ask for Windows 5.2' asks_for_5_2
 rule 'the files ask for what protects them' asks_for_protection
+rule 'the product looks at its stack before it returns' looks_at_its_stack
 rule 'the manifests are as Windows XP to 11 want them' scripts/check-manifests.py dist/x86 dist/x64
 rule 'no font face is named' no_named_faces
 rule 'no include against the arrows between the folders (scripts/arrows.py)' scripts/arrows.py
