@@ -5,7 +5,8 @@
                                                   or XP x64 (64-bit)
     scripts/check-imports.py --product FOLDER     besides, the files of a program folder together: what fails
                                                   when called on Windows 98 is explained, nothing is explained that
-                                                  is not imported, and what is looked up at run time is listed
+                                                  is not imported, what is looked up at run time is listed, and
+                                                  nothing is imported that a file beside the program could stand for
 
 An import that Windows lacks keeps a program from starting there. One that is there but fails when called (the
 wide functions of Windows 98) must belong to the string edge, which does not call it there, or be explained.
@@ -21,6 +22,10 @@ from libraries import exported  # noqa: E402
 
 DATA = TOP / 'tests' / 'data'
 PROGRAM = ('Quillon.exe', 'QuillonReport.exe', 'Helmkit.dll', 'QLNCustom.dll')
+# Windows takes these from its own folder whatever lies beside the program: the first eight as its known libraries, comctl32
+# because the manifest binds it. msvcrt is the C runtime.
+SYSTEM_LIBRARIES = {f'{name}.dll' for name in ('kernel32', 'user32', 'gdi32', 'advapi32', 'shell32', 'ole32', 'oleaut32',
+                                               'msvcrt', 'comctl32')}
 SOURCES = ('app', 'files', 'helmkit', 'plugin', 'report', 'resources', 'startup', 'support', 'win32')
 
 
@@ -139,9 +144,15 @@ def look_ups_listed():
     return not complain('listed, but not looked up', listed - asked) and not unlisted
 
 
+def from_the_system(program):
+    """Whether no file beside the program can stand for what it imports."""
+    return not complain('could be taken from beside the program',
+                        {function for function in imports(program) if function[0] not in SYSTEM_LIBRARIES})
+
+
 def product(folder):
     programs = [Path(folder) / name for name in PROGRAM]
-    if not all([starts_everywhere(program) for program in programs]):
+    if not all([check(program) for program in programs for check in (starts_everywhere, from_the_system)]):
         return False
     if is_64bit(programs[0]):
         return True

@@ -59,6 +59,18 @@ imports_are_checked() {
     [[ $found == *'missing on Windows 98: kernel32.dll!GetTickCount64'* ]]
 }
 
+# Neither is version.dll, which Windows 98 has, but which no Windows since Vista takes from its own folder first.
+planting_is_checked() {
+    local folder found=
+    folder=$(mktemp -d)
+    printf '#include <windows.h>\nint main() { return VerQueryValueA(nullptr, "", nullptr, nullptr); }\n' >"$folder/version.cpp"
+    i686-w64-mingw32-g++-win32 -static "$folder/version.cpp" -lversion -o "$folder/Quillon.exe" &&
+        tee "$folder"/{QuillonReport.exe,Helmkit.dll,QLNCustom.dll} <"$folder/Quillon.exe" >/dev/null &&
+        found=$(scripts/check-imports.py --product "$folder")
+    rm -rf "$folder"
+    [[ $found == *'could be taken from beside the program: version.dll!VerQueryValueA'* ]]
+}
+
 # An executable that asks for a newer system is refused before its first instruction. No 64-bit Windows for this processor
 # is older than 5.2.
 asks_for_4_0() { wants_version 4 0 dist/x86/*.exe dist/x86/*.dll; }
@@ -71,6 +83,19 @@ asks_for_protection() {
         header=$(x86_64-w64-mingw32-objdump -p "$file" | sed -n '/^DllCharacteristics/,/^SizeOfStack/p')
         for flag in DYNAMIC_BASE NX_COMPAT TERMINAL_SERVICE_AWARE $([[ $file == dist/x64/* ]] && echo HIGH_ENTROPY_VA); do
             grep -q "$flag" <<<"$header" || { printf '%s lacks %s\n' "$file" "$flag"; return 1; }
+        done
+    done
+}
+
+# Without the flag no object would ask for the function that ends an overrun program.
+looks_at_its_stack() {
+    local architecture folder objects
+    for architecture in x86:i686 x64:x86_64; do
+        for folder in "${product[@]}" win32; do
+            mapfile -d '' -t objects < <(find "build/${architecture%:*}/$folder" -name '*.obj' -print0 2>/dev/null)
+            "${architecture#*:}-w64-mingw32-nm" --undefined-only "${objects[@]}" | grep -q ' _*__stack_chk_fail$' && continue
+            printf 'no function of build/%s/%s looks at its stack\n' "${architecture%:*}" "$folder"
+            return 1
         done
     done
 }
@@ -101,9 +126,11 @@ rule 'no A or W function called outside win32/' no_flavour_calls
 rule 'the 32-bit files import what Windows 98 and 2000 have, what fails on 98 explained' imports_of_32bit
 rule 'the 64-bit files import what XP x64 has' imports_of_64bit
 rule 'a program that imports GetTickCount64 is refused' imports_are_checked
+rule 'a program that imports version.dll is refused' planting_is_checked
 rule 'the 32-bit files ask for Windows 4.0' asks_for_4_0
 rule 'the 64-bit files ask for Windows 5.2' asks_for_5_2
 rule 'the files ask for what protects them' asks_for_protection
+rule 'the product looks at its stack before it returns' looks_at_its_stack
 rule 'the manifests are as Windows XP to 11 want them' scripts/check-manifests.py dist/x86 dist/x64
 rule 'no font face is named' no_named_faces
 rule 'no include against the arrows between the folders (scripts/arrows.py)' scripts/arrows.py

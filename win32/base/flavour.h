@@ -14,8 +14,6 @@
 #include "win32/base/platform.h"
 #include "win32/base/text.h"
 
-#include <winver.h>
-
 namespace win32 {
 
 enum class Flavour { wide, ansi };
@@ -47,8 +45,6 @@ void forceFlavour(Flavour flavour);
     X(getDriveType, GetDriveType)                     \
     X(getEnvironmentVariable, GetEnvironmentVariable) \
     X(getFileAttributes, GetFileAttributes)           \
-    X(getFileVersionInfo, GetFileVersionInfo)         \
-    X(getFileVersionInfoSize, GetFileVersionInfoSize) \
     X(getFullPathName, GetFullPathName)               \
     X(getMessage, GetMessage)                         \
     X(getModuleFileName, GetModuleFileName)           \
@@ -91,8 +87,7 @@ void forceFlavour(Flavour flavour);
     X(setWindowText, SetWindowText)                   \
     X(shellExecute, ShellExecute)                     \
     X(shellExecuteEx, ShellExecuteEx)                 \
-    X(systemParametersInfo, SystemParametersInfo)     \
-    X(verQueryValue, VerQueryValue)
+    X(systemParametersInfo, SystemParametersInfo)
 
 // One forwarding function per row. A null pointer has to be spelt nullptr.
 #define WIN32_FORWARD_WIDE(name, api)          \

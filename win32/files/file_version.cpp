@@ -2,8 +2,10 @@
 
 #include <cstring>
 
-#include "win32/base/flavour.h"
+#include "win32/files/version_functions.h"
 #include "win32/files/version_resource.h"
+
+#include <winver.h>
 
 namespace win32 {
 
@@ -22,11 +24,12 @@ std::wstring fileVersion(const std::wstring& path) {
     size_t room = 0;
     const OwnedPages block = readVersionBlock(path, room);
     if (!block) return {};
-    return withFlavour([&](auto f) {
+    return withFlavour([&]<class F>(F f) {
         void* found = nullptr;
         UINT length = 0;
         VS_FIXEDFILEINFO info;
-        if (!f.verQueryValue(block.get(), f.in(L"\\"), &found, &length) || !found) return std::wstring();
+        if (!versionFunctions<F>().queryValue(block.get(), f.in(L"\\"), &found, &length) || !found)
+            return std::wstring();
         // The length and the place are those that the file tells: they are believed only inside the block.
         const size_t offset =
             static_cast<size_t>(static_cast<char*>(found) - static_cast<char*>(block.get()));

@@ -6,6 +6,7 @@
 #include "win32/base/path.h"
 #include "win32/files/files.h"
 #include "win32/files/version_block.h"
+#include "win32/files/version_functions.h"
 
 namespace win32 {
 
@@ -42,19 +43,19 @@ OwnedPages pagesFor(DWORD size, size_t& room) {
 // Asking for the size opens and maps the file as reading does. The NT family needs no size: it writes what
 // fits. Windows 95, 98 and Me read at the place that asking for the size has put into the handle.
 template <class F>
-OwnedPages readAtOnce(F f, const std::wstring& file, size_t& room) {
+OwnedPages readAtOnce(const VersionFunctions<F>& version, F f, const std::wstring& file, size_t& room) {
     OwnedPages block = pagesFor(usualBlock, room);
-    if (block && f.getFileVersionInfo(f.in(file), DWORD{0}, usualBlock, block.get())) return block;
+    if (block && version.getInfo(f.in(file), 0, usualBlock, block.get())) return block;
     return {};
 }
 
 template <class F>
-OwnedPages readBySize(F f, const std::wstring& file, size_t& room) {
+OwnedPages readBySize(const VersionFunctions<F>& version, F f, const std::wstring& file, size_t& room) {
     DWORD handle = 0;
-    const DWORD size = f.getFileVersionInfoSize(f.in(file), &handle);
+    const DWORD size = version.getInfoSize(f.in(file), &handle);
     if (size == 0 || size > largestBlock) return {};
     OwnedPages block = pagesFor(size, room);
-    if (block && f.getFileVersionInfo(f.in(file), handle, size, block.get())) return block;
+    if (block && version.getInfo(f.in(file), handle, size, block.get())) return block;
     return {};
 }
 
@@ -64,7 +65,9 @@ template <class Item, class F>
 bool queried(F f, std::string_view block, const std::wstring& path, const Item*& items, size_t& count) {
     void* found = nullptr;
     UINT length = 0;
-    if (block.empty() || !f.verQueryValue(block.data(), f.in(path), &found, &length) || !found) return false;
+    if (block.empty() || !versionFunctions<F>().queryValue(block.data(), f.in(path), &found, &length) ||
+        !found)
+        return false;
     auto* first = static_cast<const char*>(found);
     const char* end = block.data() + block.size();
     if (first < block.data() || first > end) return false;
@@ -90,12 +93,14 @@ bool isBlank(const std::wstring& text) {
 
 OwnedPages readVersionBlock(const std::wstring& path, size_t& room) {
     if (!isFullPath(path) || !fileExists(path)) return {};
-    NoFileRedirection off;
-    return withFlavour([&](auto f) {
+    return withFlavour([&]<class F>(F f) -> OwnedPages {
+        const VersionFunctions<F>& version = versionFunctions<F>();
+        if (!version.queryValue) return {};
+        NoFileRedirection off;
         const std::wstring file = asOpened(path);
-        OwnedPages block = f.isWide ? readAtOnce(f, file, room) : OwnedPages();
+        OwnedPages block = f.isWide ? readAtOnce(version, f, file, room) : OwnedPages();
         return block || (f.isWide && hasNoResource(::GetLastError())) ? std::move(block)
-                                                                      : readBySize(f, file, room);
+                                                                      : readBySize(version, f, file, room);
     });
 }
 
