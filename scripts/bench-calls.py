@@ -1,19 +1,21 @@
 #!/usr/bin/env python3
 """Counts the Wine server calls of ours and of the floor in a trace of `bench.exe --rounds 1` (scripts/bench.sh --calls).
 
-The benchmark names events "QuillonBench ours", "... begin" and so on, which stand in the trace.
+The benchmark names events "QuillonBench ours", "... begin" and so on, which stand in the trace. Calls of the processes
+that a figure starts are told apart from the benchmark's own.
 """
 import collections
 import re
 import sys
 
 CALL = re.compile(r'^([0-9a-f]{4}): (\w+)\(')
+STARTED = '(by the processes started)'
 MARK = re.compile(r'QuillonBench (\w+)')
 
 
 def counted(lines):
     """A pair of Counters by the name of the call, ours and the floor's, for each contest in the trace's order."""
-    contests, whose, caller, counting = [], None, None, False
+    contests, whose, caller, counting, known = [], None, None, False, set()
     for line in lines:
         call = CALL.match(line)
         if not call or line[call.end():].startswith(') ='):
@@ -27,8 +29,12 @@ def counted(lines):
             counting = mark[1] == 'begin' and whose is not None
             if mark[1] == 'end' and whose == 'ours':
                 whose = None
-        elif counting and call[1] == caller:
+        elif not counting:
+            known.add(call[1])
+        elif call[1] == caller:
             contests[-1][whose][call[2]] += 1
+        elif call[1] not in known:
+            contests[-1][whose][STARTED] += 1
     return contests
 
 
@@ -36,7 +42,8 @@ def main():
     with open(sys.argv[1], errors='replace') as trace:
         for number, contest in enumerate(counted(trace), 1):
             ours, floor = contest['ours'], contest['floor']
-            print(f'contest {number}: {sum(ours.values())} calls of ours, {sum(floor.values())} of the floor')
+            own = [sum(calls.values()) - calls[STARTED] for calls in (ours, floor)]
+            print(f'contest {number}: {own[0]} calls of ours, {own[1]} of the floor')
             for name in sorted(ours | floor, key=lambda name: -ours[name] - floor[name]):
                 print(f'    {name:32} {ours[name]:8} {floor[name]:8}')
 
