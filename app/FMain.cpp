@@ -24,8 +24,8 @@ struct Size {
 const Size clientSize = {9600, 6900};
 const Size stripMargin = {150, 450};  // inner size of the window less that of the strip
 const Size pageMargin = {435, 975};   // width of the strip, inner height of the window, less those of a page
-const struct { int left, top; } stripPlace = {75, 60}, pagePlace = {285, 435};
-const struct { int left, fromBottom, width, height; } footer = {120, 300, 9000, 255};
+const int stripLeft = 75, stripTop = 60, pageLeft = 285, pageTop = 435;
+const int footerLeft = 120, footerFromBottom = 300, footerWidth = 9000, footerHeight = 255;
 
 enum MainControl : int { tsId = 200, lblFooterId = 201 };
 
@@ -42,17 +42,17 @@ FMain::FMain(std::span<const PageRow> table) : table_(table) {
     });
     create(L"QuillonMain", {}, WS_OVERLAPPEDWINDOW | WS_CLIPCHILDREN, 0, nullptr, createMainMenu());
     ts_.create(handle(), tsId);
-    strip_ = {ts_.window(), stripPlace.left, stripPlace.top, 0, 0};
+    strip_ = {ts_.window(), stripLeft, stripTop, 0, 0};
     for (const PageRow& row : table_) {
         ts_.addTab(row.key, row.caption);
         auto page = row.make(handle());
         HWND window = page->window().handle();
-        pages_.push_back({std::move(page), {window, pagePlace.left, pagePlace.top, 0, 0}});
+        pages_.push_back({std::move(page), {window, pageLeft, pageTop, 0, 0}});
     }
     HWND label = win32::createControl(
         handle(), L"Static", L"The latest version of Quillon is always available at " + settings::homePage,
         WS_VISIBLE | SS_NOPREFIX, 0, lblFooterId);
-    lblFooter_ = {label, footer.left, 0, footer.width, footer.height};
+    lblFooter_ = {label, footerLeft, 0, footerWidth, footerHeight};
 
     // The pages lie on the strip.
     ::SetWindowPos(ts_.window(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
@@ -171,7 +171,7 @@ void FMain::Form_Resize() {
     strip_.setHeight(height - stripMargin.height);
     firstPage.setHeight(height - pageMargin.height);
     for (ShownPage& shown : pages_) shown.place.setHeight(firstPage.height());
-    lblFooter_.setTop(height - footer.fromBottom);
+    lblFooter_.setTop(height - footerFromBottom);
     strip_.setWidth(width - stripMargin.width);
     firstPage.setWidth(strip_.width() - pageMargin.width);
     for (ShownPage& shown : pages_) shown.place.setWidth(firstPage.width());

@@ -117,6 +117,7 @@ std::wstring changeLine(const Change& change) {
     line.text(L"change", kinds[static_cast<int>(change.kind)]);
     if (change.kind == Change::Kind::changed) {
         std::vector<std::wstring> names;
+        names.reserve(change.fields.size());
         for (Field field : change.fields) names.emplace_back(fieldTable()[static_cast<size_t>(field)].name);
         line.list(L"fields", names);
     }

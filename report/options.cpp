@@ -12,7 +12,7 @@ namespace {
 
 struct FlagRow {
     const wchar_t* name;
-    bool Options::*flag;
+    decltype(&Options::all) flag;
 };
 const FlagRow flags[] = {
     {L"--all", &Options::all},   {L"--hash", &Options::hash},       {L"--quiet", &Options::quiet},
@@ -21,7 +21,7 @@ const FlagRow flags[] = {
 
 struct TextRow {
     const wchar_t* name;
-    std::wstring Options::*text;
+    decltype(&Options::format) text;
 };
 const TextRow texts[] = {
     {L"--format", &Options::format},
