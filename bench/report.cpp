@@ -33,11 +33,12 @@ std::string jsonLine(const Line& line) {
 }  // namespace
 
 std::optional<double> Line::ratio() const {
-    if (!floor) return {};
+    if (!floor || *floor == 0) return {};  // none was measured
     return ours / *floor;
 }
 
 bool Line::isReached() const {
+    if (floor && !ratio()) return true;
     return ratio().value_or(ours) <= target && growth.value_or(0) <= largestGrowth;
 }
 

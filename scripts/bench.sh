@@ -76,7 +76,8 @@ if [ -n "$calls" ]; then
     exit
 fi
 if [ -n "$services" ]; then
-    bench start
+    # The floor takes no names apart: it finds but few of these files.
+    bench start --only-ours
     exit
 fi
 bench --json bench.json "$@"
