@@ -34,6 +34,7 @@ from mutation.trial import tried  # noqa: E402
 FOLDERS = ['app', 'startup', 'files', 'helmkit', 'support', 'plugin', 'win32']
 WORK = TOP / 'build' / 'mutation'
 WANTED = 95
+POLITE = 10  # how nice it is, whatever started it: on a busy machine twice as much is no progress at all
 CHECKED, CHECKED_AFTER = ('wide', 'ansi'), 25  # stages, and trials
 
 
@@ -143,7 +144,7 @@ def try_all(mutants, results, options):
 
 def main():
     options = options_of()
-    os.nice(10)
+    os.nice(max(0, POLITE - os.nice(0)))
     equivalents = Equivalents.read(TOP / 'tests' / 'mutation' / 'equivalents.tsv')
     for row in equivalents.void(TOP):
         print('mutate: this equivalent fits no line, or more than one: ' + ' | '.join(row))
