@@ -5,10 +5,11 @@
 
 Each mutant is put into a copy of the tree under build/mutation, built there and held against the quickest tests that can
 see it, then against the others, until one fails. Results go to build/mutation/results.jsonl, and the same seed goes on
-where it was left. --quick leaves out what takes long: the unit tests with large inputs, the uploads, the
-64-bit build, the report and the walk, so that of its survivors some may be noticed all the same. --again tries the survivors of the seed once more; --only takes the mutants whose line, as it stands or
-as it would be, holds the text; --list tries nothing. tests/mutation/equivalents.tsv names mutants that are the same
-program. Ends with 0 when at least 95 of 100 were caught at their first trial.
+where it was left. --quick leaves out what takes long: the unit tests with large inputs, the uploads, the 64-bit build, the
+report and the walk, so that of its survivors some may be noticed all the same. --again tries the survivors of the seed once
+more; --only takes the mutants whose line, as it stands or as it would be, holds the text; --list tries nothing.
+tests/mutation/equivalents.tsv names mutants that are the same program. Ends with 0 when at least 95 of 100 were caught at
+their first trial.
 """
 import argparse
 import os
