@@ -5,10 +5,11 @@
 
 Each mutant is put into a copy of the tree under build/mutation, built there and held against the quickest tests that can
 see it, then against the others, until one fails. Results go to build/mutation/results.jsonl, and the same seed goes on
-where it was left. --quick leaves out what takes long: the uploads, the 64-bit build and the walk, so that of its survivors
-some may be noticed all the same. --again tries the survivors of the seed once more; --only takes the mutants whose line, as it stands or
-as it would be, holds the text; --list tries nothing. tests/mutation/equivalents.tsv names mutants that are the same
-program. Ends with 0 when at least 95 of 100 were caught at their first trial.
+where it was left. --quick leaves out what takes long: the unit tests with large inputs, the uploads, the 64-bit build, the
+report and the walk, so that of its survivors some may be noticed all the same. --again tries the survivors of the seed once
+more; --only takes the mutants whose line, as it stands or as it would be, holds the text; --list tries nothing.
+tests/mutation/equivalents.tsv names mutants that are the same program. Ends with 0 when at least 95 of 100 were caught at
+their first trial.
 """
 import argparse
 import os
@@ -34,6 +35,7 @@ from mutation.trial import tried  # noqa: E402
 FOLDERS = ['app', 'startup', 'files', 'helmkit', 'support', 'plugin', 'win32']
 WORK = TOP / 'build' / 'mutation'
 WANTED = 95
+POLITE = 10  # how nice it is, whatever started it: on a busy machine twice as much is no progress at all
 CHECKED, CHECKED_AFTER = ('wide', 'ansi'), 25  # stages, and trials
 
 
@@ -143,7 +145,7 @@ def try_all(mutants, results, options):
 
 def main():
     options = options_of()
-    os.nice(10)
+    os.nice(max(0, POLITE - os.nice(0)))
     equivalents = Equivalents.read(TOP / 'tests' / 'mutation' / 'equivalents.tsv')
     for row in equivalents.void(TOP):
         print('mutate: this equivalent fits no line, or more than one: ' + ' | '.join(row))

@@ -21,7 +21,7 @@ class Limits(NamedTuple):
     processor: float = resource.RLIM_INFINITY
 
 
-PAUSE = 0.05
+PAUSE, LONGEST_PAUSE = 0.05, 1.0
 alive = set()
 
 
@@ -31,15 +31,19 @@ def end_all():
 
 
 def waited(process, seconds):
-    """The exit code, None for what took too long; and the processor time that it and its own programs took."""
-    end = time.monotonic() + seconds
-    while time.monotonic() < end:
+    """The exit code, None for what took too long; and the processor time that it and its own programs took. Time in which
+    this did not run either, on a machine that slept or in a session that was stopped, is nobody's."""
+    before = time.monotonic()
+    while seconds > 0:
         pid, status, usage = os.wait4(process.pid, os.WNOHANG)
         if pid:
             process.returncode = os.waitstatus_to_exitcode(status)
             ended = process.returncode in (-signal.SIGXCPU, -signal.SIGKILL)
             return None if ended else process.returncode, usage.ru_utime + usage.ru_stime
         time.sleep(PAUSE)
+        now = time.monotonic()
+        seconds -= min(now - before, LONGEST_PAUSE)
+        before = now
     return None, 0.0
 
 

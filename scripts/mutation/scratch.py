@@ -91,8 +91,9 @@ class Builder:
 
 class Windows:
     """A Wine prefix that one mutant after the other runs in. A program of its own keeps Wine's services from ending between
-    two runs: to start them takes longer than most tests. What a mutant leaves behind in it is looked for now and then by
-    the tests themselves (Worker.check in mutate.py); making a prefix for each would cost more than all else."""
+    two runs: their start takes about a second, and so does that in a new prefix, where the tests of a mutant's own file
+    are often done in less. What a mutant leaves behind is looked for now and then by the tests themselves (Worker.check in
+    mutate.py)."""
 
     def __init__(self, top, folder, display):
         self.script, self.folder = top / 'scripts' / 'wine-prefix.sh', folder

@@ -1,12 +1,15 @@
 """The mutants that the operators make, and what is said of one that no test noticed."""
 import contextlib
 import io
+import itertools
 import json
 import queue
 import sys
 import tempfile
+import time
 import types
 import unittest
+import unittest.mock
 from pathlib import Path
 
 import mutate
@@ -125,6 +128,12 @@ class Trials(unittest.TestCase):
 
     def test_the_clock_alone_does_not_end_what_has_much_room(self):
         self.assertEqual(held(None, [Stage('slow', 'import time; time.sleep(2)', limits=Limits(600, 1))])[0], 'survived')
+
+    def test_a_time_in_which_nothing_ran_does_not_count(self):
+        """As after a machine that slept: the clock has gone on by a thousand seconds at each look."""
+        clock = itertools.count(0, 1000)
+        with unittest.mock.patch('mutation.running.time', types.SimpleNamespace(monotonic=lambda: next(clock), sleep=time.sleep)):
+            self.assertEqual(run([sys.executable, '-c', 'import time; time.sleep(0.3)'], Limits(60)).code, 0)
 
     def test_what_does_not_compile(self):
         self.assertEqual(held(None, [Stage('compiled', builds=False), self.fails]), ('not compiled', 'compiled', ''))

@@ -158,6 +158,12 @@ TEST_CASE_FIXTURE(Tree, "each kind of name gets the long path that Windows gives
             CHECK(paths.of(path) == win32::longPath(path));
             const std::wstring shortPath = base + folderName + L'\\' + shortNameOf(path);
             CHECK(paths.of(shortPath) == win32::longPath(shortPath));
+            for (auto inLetters : {::towupper, ::towlower}) {
+                std::wstring other = path;
+                for (size_t i = base.size(); i < path.size(); ++i)
+                    other[i] = static_cast<wchar_t>(inLetters(path[i]));
+                CHECK(paths.of(other) == win32::longPath(other));
+            }
         }
     }
 }
