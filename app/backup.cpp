@@ -1,8 +1,5 @@
 #include "app/backup.h"
 
-#include <string_view>
-#include <vector>
-
 #include "app/trap.h"
 #include "files/registry_file.h"
 #include "helmkit/client/file_services.h"
@@ -54,16 +51,6 @@ const struct Export {
     {HKCU, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\RunOnceEx", nullptr},
 };
 
-// The comment lines of an export text that name what could not be written.
-template <class Report>
-void reportOmissions(std::wstring_view text, Report report) {
-    const std::wstring_view mark = L"; not exported: ";
-    for (size_t at = text.find(mark); at != std::wstring_view::npos; at = text.find(mark, at + 1)) {
-        bool startsLine = at == 0 || text[at - 1] == L'\n';
-        if (startsLine) report(std::wstring(text.substr(at + 2, text.find(L"\r\n", at) - at - 2)));
-    }
-}
-
 files::ExportTexts exportTexts() {
     helmkit::RegistryAccess registry;
     files::ExportTexts texts;
@@ -82,16 +69,9 @@ void writeBackup(const helmkit::Logger& logger, const std::wstring& programFolde
         helmkit::fileServices().CreateFolder(folder);
         // A link in its place could lead the file anywhere.
         win32::createFolder(folder, win32::Links::refused);
-        files::ExportTexts texts = exportTexts();
-        std::vector<std::wstring> omissions;
-        for (const win32::BString& text : texts) {
-            reportOmissions(win32::BString::view(text.get()),
-                            [&](const std::wstring& omission) { omissions.push_back(omission); });
-        }
         const std::wstring file = helmkit::systemServices().FormatMessage(
             L"%1\\Backup %2.reg", {folder, win32::fileNameDateTime(win32::desktop().localTime())});
-        files::writeRegistryFile(file, std::move(texts));
-        for (const std::wstring& omission : omissions) {
+        for (const std::wstring& omission : files::writeRegistryFile(file, exportTexts())) {
             logger.WriteLog(0, omission, helmkit::caughtError, source(L".BackupRegistry"));
         }
     });

@@ -44,11 +44,23 @@ win32::BString ansiContents(ExportTexts texts) {
     return contents;
 }
 
+// The comment lines of an export text that name what could not be written.
+void addOmissions(std::wstring_view text, std::vector<std::wstring>& omissions) {
+    const std::wstring_view mark = L"; not exported: ";
+    for (size_t at = text.find(mark); at != std::wstring_view::npos; at = text.find(mark, at + 1)) {
+        const bool startsLine = at == 0 || text[at - 1] == L'\n';
+        if (startsLine) omissions.emplace_back(text.substr(at + 2, text.find(L"\r\n", at) - at - 2));
+    }
+}
+
 }  // namespace
 
-void writeRegistryFile(const std::wstring& path, ExportTexts texts) {
+std::vector<std::wstring> writeRegistryFile(const std::wstring& path, ExportTexts texts) {
+    std::vector<std::wstring> omissions;
+    for (const win32::BString& text : texts) addOmissions(win32::BString::view(text.get()), omissions);
     const auto contents = win32::isNtFamily() ? unicodeContents : ansiContents;
     helmkit::fileServices().WriteTextFile(path, contents(std::move(texts)));
+    return omissions;
 }
 
 }  // namespace files

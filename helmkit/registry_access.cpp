@@ -31,8 +31,10 @@ LONG writeString(HKEY hive, const std::wstring& path, const std::wstring& name, 
     win32::RegistryKey key;
     if (LONG error = key.createPlace(hive, path, KEY_QUERY_VALUE | KEY_SET_VALUE)) return error;
     win32::RegistryValue present;
-    bool keepsType =
-        !key.query(name, present) && (present.type == REG_EXPAND_SZ || present.type == REG_MULTI_SZ);
+    const LONG error = key.query(name, present);
+    // Written under another type, a boot program's value would be none any more.
+    if (error && !isMissing(error)) return error;
+    const bool keepsType = !error && (present.type == REG_EXPAND_SZ || present.type == REG_MULTI_SZ);
     DWORD type = keepsType ? present.type : REG_SZ;
     return key.set(name, type, dataOfString(type, text));
 }

@@ -74,7 +74,11 @@ Category::Deletion ucOther::deleteItem(const StartupItem& item, const std::wstri
         .succeeded = true, .logLine = L"Restored: " + rowText, .logSource = source(L".cmdDelete_Click")};
     const files::WindowsFolders folders = files::GetWindowsFolders();
     std::optional<WayBack> wayBack;
-    helmkit::trapped(log, restored.logSource, [&] { wayBack.emplace(registry, place, folders); });
+    helmkit::trapped(log, restored.logSource, [&] {
+        wayBack.emplace(registry, place, folders);
+        for (const std::wstring& omission : wayBack->omissions())
+            log.WriteLog(0, omission, helmkit::caughtError, restored.logSource);
+    });
     const auto dropUnused = [&] {
         helmkit::trapped(log, restored.logSource, [&] {
             if (wayBack) wayBack->dropIfUnchanged(registry);

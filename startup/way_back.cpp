@@ -20,7 +20,7 @@ WayBack::WayBack(helmkit::RegistryAccess& registry, const SpecialPlace& place,
     } else {
         files::ExportTexts texts;
         texts.emplace_back(before_);
-        files::writeRegistryFile(path, std::move(texts));
+        omissions_ = files::writeRegistryFile(path, std::move(texts));
     }
     path_ = path;
 }

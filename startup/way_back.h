@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "files/windows_folders.h"
 #include "helmkit/client/registry_access.h"
@@ -21,6 +22,9 @@ class WayBack {
     WayBack(helmkit::RegistryAccess& registry, const SpecialPlace& place,
             const files::WindowsFolders& folders);
 
+    // What the file names as missing in it.
+    const std::vector<std::wstring>& omissions() const { return omissions_; }
+
     // Removes the file again where the place is as it was.
     void dropIfUnchanged(helmkit::RegistryAccess& registry) const;
 
@@ -32,6 +36,7 @@ class WayBack {
     const std::wstring iniFile_;
     const std::wstring before_;
     std::wstring path_;
+    std::vector<std::wstring> omissions_;
 };
 
 }  // namespace startup

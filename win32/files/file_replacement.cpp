@@ -13,6 +13,11 @@ namespace {
 
 const DWORD notThere = INVALID_FILE_ATTRIBUTES;
 
+// Not every failing look means that there is nothing.
+bool isMissing(const std::wstring& path) {
+    return attributesOf(path) == notThere && ::GetLastError() == ERROR_FILE_NOT_FOUND;
+}
+
 bool moveFile(const std::wstring& from, const std::wstring& to) {
     return withFlavour([&](auto f) { return f.moveFile(f.in(from), f.in(to)); });
 }
@@ -26,7 +31,7 @@ std::wstring freeNameBeside(const std::wstring& path) {
     DWORD number = ::GetTickCount() ^ ::GetCurrentProcessId() << 16;
     for (int attempt = 0; attempt < 100; ++attempt) {
         std::wstring name = path + L'.' + std::to_wstring(number + attempt) + L".tmp";
-        if (attributesOf(name) == notThere) return name;
+        if (isMissing(name)) return name;
     }
     raiseWin32(ERROR_FILE_EXISTS, path);
 }
@@ -74,6 +79,7 @@ bool replaceByRenaming(const std::wstring& path, const std::wstring& replacement
 FileReplacement::FileReplacement(const std::wstring& path) : path_(path), attributes_(notThere) {
     if (!isExactName(path)) raiseWin32(ERROR_INVALID_NAME, path);
     attributes_ = attributesOf(path);
+    if (attributes_ == notThere && ::GetLastError() != ERROR_FILE_NOT_FOUND) raiseLastError(path);
     if (attributes_ != notThere && attributes_ & (FILE_ATTRIBUTE_READONLY | FILE_ATTRIBUTE_DIRECTORY)) {
         raiseWin32(ERROR_ACCESS_DENIED, path);
     }

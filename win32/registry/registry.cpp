@@ -15,13 +15,16 @@ REGSAM viewFlag(RegistryView view) {
     return view == RegistryView::whole && isRedirected() ? wow64Key64 : 0;
 }
 
-// How many names of a list, in the letters that the calls hand out, are the same as this one.
+// Refuses a name that stands for several of a list, in the letters that the calls hand out. A list that
+// cannot be read to its end is refused, too.
 template <class NameAt>
-int countSameNames(const std::wstring& name, NameAt nameAt) {
+LONG refuseSeveral(const std::wstring& name, NameAt nameAt) {
     std::wstring other;
+    LONG error;
     int count = 0;
-    for (DWORD i = 0; nameAt(i, other) == ERROR_SUCCESS; ++i) count += sameIgnoringCase(name, other);
-    return count;
+    for (DWORD i = 0; !(error = nameAt(i, other)); ++i) count += sameIgnoringCase(name, other);
+    if (error != ERROR_NO_MORE_ITEMS) return error;
+    return count > 1 ? ERROR_INVALID_NAME : ERROR_SUCCESS;
 }
 
 std::wstring withoutLastBackslashes(std::wstring path) {
@@ -60,9 +63,8 @@ LONG checkLastName(HKEY root, const std::wstring& path, REGSAM view) {
     if (end != std::wstring::npos && openAs(parent, root, path.substr(0, end), KEY_READ | view, 0))
         return ERROR_SUCCESS;
     HKEY key = parent ? parent.get() : root;
-    const int count = countSameNames(
-        path.substr(end + 1), [&](DWORD i, std::wstring& other) { return subkeyNameAt(key, i, other); });
-    return count > 1 ? ERROR_INVALID_NAME : ERROR_SUCCESS;
+    return refuseSeveral(path.substr(end + 1),
+                         [&](DWORD i, std::wstring& other) { return subkeyNameAt(key, i, other); });
 }
 
 // In the ANSI flavour a question mark in a listed name may stand for a character that the code page lacks:
@@ -206,9 +208,7 @@ LONG RegistryKey::checkName(const std::wstring& name, AmbiguousNames refused) co
     if (flavour() == Flavour::wide) return ERROR_SUCCESS;
     if (refused == AmbiguousNames::questionMarkOnly && name.find(L'?') == std::wstring::npos)
         return ERROR_SUCCESS;
-    const int count =
-        countSameNames(name, [&](DWORD i, std::wstring& other) { return valueNameAt(i, other); });
-    return count > 1 ? ERROR_INVALID_NAME : ERROR_SUCCESS;
+    return refuseSeveral(name, [&](DWORD i, std::wstring& other) { return valueNameAt(i, other); });
 }
 
 LONG checkSubkey(HKEY root, const std::wstring& path, RegistryView view) {
