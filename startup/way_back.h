@@ -27,6 +27,7 @@ class WayBack {
   private:
     std::wstring held(helmkit::RegistryAccess& registry) const;
     std::wstring newPath() const;
+    void write() const;
 
     const SpecialPlace& place_;
     const std::wstring iniFile_;
