@@ -1,6 +1,8 @@
 """What every case starts from: a prefix and a program folder of its own, with a probe inside."""
 import os
+import resource
 import shutil
+import signal
 import unittest
 
 from . import paths, windows98
@@ -39,6 +41,16 @@ class Case(unittest.TestCase):
         """What the program will be started from."""
         self.probe = Probe(paths.probe(self.architecture), self.prefix.environment, self.windows98.trace_file, before_exec)
         self.addCleanup(self.probe.close)
+
+    def start_probe_with_little_room(self):
+        """As on a full disk: a file of more than 100 000 bytes cannot be written."""
+
+        def limit():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (100_000, 100_000))
+
+        # What it starts inherits the limit; wineserver, which keeps the registry, runs already and has none.
+        self.start_probe(before_exec=limit)
 
     def keep_logs(self):
         """On a failure what the program wrote is kept, with what was on the screen."""
