@@ -78,14 +78,14 @@ class Case(unittest.TestCase):
     def add_run(self, name, command, hive='HKLM', key=RUN, expand=False):
         self.probe.set_value(hive, key, name, command, REG_EXPAND_SZ if expand else REG_SZ)
 
-    def launch(self):
+    def launch(self, *current_folder):
         """Starts the program without waiting for its window."""
         self.windows98.prepare_start(self.probe, FOLDER)
-        self.program = Program(self.probe, FOLDER + '\\Quillon.exe', self.prefix.environment)
+        self.program = Program(self.probe, FOLDER + '\\Quillon.exe', self.prefix.environment, *current_folder)
         return self.program
 
-    def start(self):
-        return self.launch().wait_for_window()
+    def start(self, *current_folder):
+        return self.launch(*current_folder).wait_for_window()
 
     # What the program wrote.
 
