@@ -69,7 +69,8 @@ Snapshot snapshot() {
     for (HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER}) {
         // The native calls want a real handle, which opening does not give.
         HKEY key = nullptr;
-        REQUIRE(::RegCreateKeyExW(hive, L"", 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr) == ERROR_SUCCESS);
+        REQUIRE(::RegCreateKeyExW(hive, L"", 0, nullptr, 0, KEY_READ, nullptr, &key, nullptr) ==
+                ERROR_SUCCESS);
         win32::OwnedKey owner(key);
         const bool isMachine = hive == HKEY_LOCAL_MACHINE;
         collect(key, isMachine ? L"HKEY_LOCAL_MACHINE" : L"HKEY_CURRENT_USER", all, buffers);
