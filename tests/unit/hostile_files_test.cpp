@@ -48,8 +48,8 @@ struct Contents {
     std::string bytes;
 };
 
-// Wine itself reads past the end of a 16-bit program's table of resources that counts more than it holds:
-// that is not tried.
+// Wine itself reads past the end of a 16-bit program's table of resources that has none, or counts more
+// than it holds: that is not tried.
 const Contents contents[] = {
     {"empty", ""},
     {"one byte", "M"},
@@ -58,7 +58,7 @@ const Contents contents[] = {
     {"a header behind the end", dosHeader(0x7FFFFFFF)},
     {"a header before the beginning", dosHeader(0xFFFFFFF0)},
     {"a header in the header", dosHeader(2)},
-    {"a 16-bit program", program16("\0\0"s)},
+    {"a 16-bit program", program16(std::string(8, '\0'))},
     {"a 16-bit program without resources", program16("")},
     {"a 16-bit program, its version behind the end", program16(versionResource(4, 0xFFFF, 0xFFFF))},
     {"a 16-bit program, its version of nothing", program16(versionResource(0, 0, 0))},
