@@ -14,15 +14,20 @@ WayBack::WayBack(helmkit::RegistryAccess& registry, const SpecialPlace& place,
                  const files::WindowsFolders& folders)
     : place_(place), iniFile_(folders.winDir + place.location), before_(held(registry)) {
     if (before_.empty()) return;
-    const std::wstring path = newPath();
-    if (place_.kind == PlaceKind::iniLine) {
-        helmkit::fileServices().WriteTextFile(path, before_);
-    } else {
-        files::ExportTexts texts;
-        texts.emplace_back(before_);
-        omissions_ = files::writeRegistryFile(path, std::move(texts));
+    path_ = newPath();
+    try {
+        write();
+    } catch (...) {
+        win32::removeFile(path_);
+        throw;
     }
-    path_ = path;
+}
+
+void WayBack::write() {
+    if (place_.kind == PlaceKind::iniLine) return helmkit::fileServices().WriteTextFile(path_, before_);
+    files::ExportTexts texts;
+    texts.emplace_back(before_);
+    omissions_ = files::writeRegistryFile(path_, std::move(texts));
 }
 
 // What stands at the place, in the text that is kept of it.
@@ -40,6 +45,7 @@ std::wstring WayBack::held(helmkit::RegistryAccess& registry) const {
     return {};
 }
 
+// The name is taken at once, by an empty file: another instance of the program may look for one, too.
 std::wstring WayBack::newPath() const {
     const std::wstring folder = win32::moduleFolder(nullptr) + L"\\Backup";
     win32::createFolder(folder, win32::Links::refused);
@@ -50,7 +56,7 @@ std::wstring WayBack::newPath() const {
                                win32::fileNameDateTime(win32::desktop().localTime());
     const std::wstring extension = isIni ? L".ini" : L".reg";
     std::wstring path = begin + extension;
-    for (int number = 2; win32::attributesOf(path) != INVALID_FILE_ATTRIBUTES; ++number) {
+    for (int number = 2; !win32::createNewFile(path); ++number) {
         path = begin + L" (" + std::to_wstring(number) + L")" + extension;
     }
     return path;

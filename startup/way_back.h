@@ -31,6 +31,7 @@ class WayBack {
   private:
     std::wstring held(helmkit::RegistryAccess& registry) const;
     std::wstring newPath() const;
+    void write();
 
     const SpecialPlace& place_;
     const std::wstring iniFile_;

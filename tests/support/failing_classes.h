@@ -1,6 +1,7 @@
 // Helmkit's classes with services that refuse what a test names, as Windows refuses a key without rights.
 #pragma once
 
+#include <functional>
 #include <set>
 #include <string>
 
@@ -19,8 +20,15 @@ inline std::set<std::wstring>& refused() {
     return what;
 }
 
+// What somebody else does at the moment of a question, before it is answered.
+inline std::function<void(const std::wstring& what)>& whenAsked() {
+    static std::function<void(const std::wstring&)> event;
+    return event;
+}
+
 // S_FALSE for what is not refused.
 inline HRESULT refusal(REFIID iid, const std::wstring& what) {
+    if (whenAsked()) whenAsked()(what);
     if (!refused().count(what)) return S_FALSE;
     return win32::guarded(iid, [&] { win32::raiseWin32(ERROR_ACCESS_DENIED, what); });
 }
@@ -59,6 +67,10 @@ class FailingFileServices : public helmkit::server::FileServices {
     STDMETHODIMP ReadTextFile(BSTR path, BSTR* text) override {
         const HRESULT refused = refusal(IID_IFileServices, L"ReadTextFile " + win32::BString::copy(path));
         return FAILED(refused) ? refused : helmkit::server::FileServices::ReadTextFile(path, text);
+    }
+    STDMETHODIMP WriteTextFile(BSTR path, BSTR text) override {
+        const HRESULT refused = refusal(IID_IFileServices, L"WriteTextFile " + win32::BString::copy(path));
+        return FAILED(refused) ? refused : helmkit::server::FileServices::WriteTextFile(path, text);
     }
     STDMETHODIMP FileExists(BSTR path, VARIANT_BOOL* exists) override {
         const HRESULT refused = refusal(IID_IFileServices, L"FileExists");
@@ -130,7 +142,10 @@ class FailingClasses {
         for (const win32::ComClass& replaced : table) classes_.offer(*replaced.clsid, module);
         for (const CLSID* own : {&CLSID_LogWriter, &CLSID_KeyedList, &CLSID_Record}) classes_.offer(*own);
     }
-    ~FailingClasses() { refused().clear(); }
+    ~FailingClasses() {
+        refused().clear();
+        whenAsked() = nullptr;
+    }
     FailingClasses(const FailingClasses&) = delete;
     FailingClasses& operator=(const FailingClasses&) = delete;
 

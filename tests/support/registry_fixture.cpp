@@ -1,23 +1,11 @@
 #include "tests/support/registry_fixture.h"
 
 #include <doctest/doctest.h>
-#include <winternl.h>
 
+#include "tests/support/native_registry.h"
 #include "win32/base/utf16_bytes.h"
 
 namespace {
-
-// The program's own registry code is what is tested, so the fixture uses none of it.
-template <class Function>
-Function native(const char* name) {
-    auto address = ::GetProcAddress(::GetModuleHandleW(L"ntdll.dll"), name);
-    return reinterpret_cast<Function>(reinterpret_cast<void*>(address));
-}
-
-UNICODE_STRING counted(std::wstring_view text) {
-    USHORT size = static_cast<USHORT>(text.size() * sizeof(wchar_t));
-    return {size, size, const_cast<wchar_t*>(text.data())};
-}
 
 win32::OwnedKey createdKey(HKEY root, const std::wstring& path, DWORD options = REG_OPTION_NON_VOLATILE) {
     HKEY key = nullptr;
@@ -29,36 +17,17 @@ win32::OwnedKey createdKey(HKEY root, const std::wstring& path, DWORD options = 
     return win32::OwnedKey(key);
 }
 
-// NtCreateKey and NtOpenKey by a counted name below a key.
-HANDLE nativeKey(const char* function, HKEY parent, std::wstring_view name) {
-    using Call =
-        NTSTATUS(WINAPI*)(HANDLE*, ACCESS_MASK, OBJECT_ATTRIBUTES*, ULONG, UNICODE_STRING*, ULONG, ULONG*);
-    using Open = NTSTATUS(WINAPI*)(HANDLE*, ACCESS_MASK, OBJECT_ATTRIBUTES*);
-    UNICODE_STRING text = counted(name);
-    const ULONG ignoreCaseOpenLink = OBJ_CASE_INSENSITIVE | OBJ_OPENLINK;
-    OBJECT_ATTRIBUTES attributes = {};
-    attributes.Length = sizeof attributes;
-    attributes.RootDirectory = parent;
-    attributes.ObjectName = &text;
-    attributes.Attributes = ignoreCaseOpenLink;
-    HANDLE key = nullptr;
-    NTSTATUS status = std::string_view(function) == "NtCreateKey"
-                          ? native<Call>(function)(&key, KEY_ALL_ACCESS, &attributes, 0, nullptr, 0, nullptr)
-                          : native<Open>(function)(&key, KEY_ALL_ACCESS, &attributes);
-    return status >= 0 ? key : nullptr;
-}
-
-void deleteBelow(HKEY key) {
+void deleteAllBelow(HKEY key) {
     static const auto deleteKey = native<NTSTATUS(WINAPI*)(HANDLE)>("NtDeleteKey");
     wchar_t name[300];
     DWORD position = 0;
     for (;;) {
         DWORD length = 300;
         if (::RegEnumKeyExW(key, position, name, &length, nullptr, nullptr, nullptr, nullptr)) return;
-        win32::OwnedKey child(static_cast<HKEY>(nativeKey("NtOpenKey", key, {name, length})));
+        win32::OwnedKey child(nativeKey("NtOpenKey", key, {name, length}));
         bool isLink = child && !::RegQueryValueExW(child.get(), L"SymbolicLinkValue", nullptr, nullptr,
                                                    nullptr, nullptr);
-        if (child && !isLink) deleteBelow(child.get());
+        if (child && !isLink) deleteAllBelow(child.get());
         if (!child || deleteKey(child.get()) < 0) ++position;
     }
 }
@@ -83,7 +52,7 @@ std::wstring RegistryFixture::name() {
 
 RegistryFixture::RegistryFixture() {
     base_ = createdKey(HKEY_CURRENT_USER, name());
-    deleteBelow(base_.get());
+    deleteAllBelow(base_.get());
     machine_ = createdKey(base_.get(), L"machine");
     user_ = createdKey(base_.get(), L"user");
     classes_ = createdKey(base_.get(), L"classes");
@@ -95,7 +64,7 @@ RegistryFixture::RegistryFixture() {
 RegistryFixture::~RegistryFixture() {
     for (HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER, HKEY_CLASSES_ROOT})
         ::RegOverridePredefKey(hive, nullptr);
-    deleteBelow(base_.get());
+    deleteAllBelow(base_.get());
     native<NTSTATUS(WINAPI*)(HANDLE)>("NtDeleteKey")(base_.get());
 }
 
@@ -137,19 +106,30 @@ void RegistryFixture::setCounted(HKEY hive, const std::wstring& path, std::wstri
 
 void RegistryFixture::makeCountedKey(HKEY hive, const std::wstring& path, std::wstring_view name) {
     win32::OwnedKey key = createdKey(hive, path);
-    win32::OwnedKey child(static_cast<HKEY>(nativeKey("NtCreateKey", key.get(), name)));
+    win32::OwnedKey child(nativeKey("NtCreateKey", key.get(), name));
     REQUIRE(child);
 }
 
 void RegistryFixture::makeLink(HKEY hive, const std::wstring& path, HKEY targetHive,
                                const std::wstring& targetPath) {
-    win32::OwnedKey target = createdKey(targetHive, targetPath);
-    std::wstring name = nativePath(target.get());
+    const std::wstring name = nativePath(createdKey(targetHive, L"").get()) + L'\\' + targetPath;
     win32::OwnedKey link = createdKey(hive, path, REG_OPTION_CREATE_LINK);
     LONG error = ::RegSetValueExW(link.get(), L"SymbolicLinkValue", 0, REG_LINK,
                                   reinterpret_cast<const BYTE*>(name.data()),
                                   static_cast<DWORD>(name.size() * sizeof(wchar_t)));
     REQUIRE(error == ERROR_SUCCESS);
+}
+
+void RegistryFixture::deleteKey(HKEY hive, const std::wstring& path) {
+    const size_t end = path.rfind(L'\\');
+    win32::OwnedKey key(
+        nativeKey("NtOpenKey", createdKey(hive, path.substr(0, end)).get(), path.substr(end + 1)));
+    REQUIRE(key);
+    REQUIRE(native<NTSTATUS(WINAPI*)(HANDLE)>("NtDeleteKey")(key.get()) >= 0);
+}
+
+void RegistryFixture::deleteBelow(HKEY hive, const std::wstring& path) {
+    deleteAllBelow(createdKey(hive, path).get());
 }
 
 std::string RegistryFixture::bytes(HKEY hive, const std::wstring& path, const std::wstring& name,

@@ -31,7 +31,11 @@ class RegistryFixture {
     static void setCounted(HKEY hive, const std::wstring& path, std::wstring_view name, DWORD type,
                            std::string_view bytes);
     static void makeCountedKey(HKEY hive, const std::wstring& path, std::wstring_view name);
-    // A key that leads to another one of the fixture's.
+    // Takes away a key without subkeys, or a link itself.
+    static void deleteKey(HKEY hive, const std::wstring& path);
+    // Takes away all subkeys, whatever their names.
+    static void deleteBelow(HKEY hive, const std::wstring& path);
+    // A key that leads to another one of the fixture's, which need not be there.
     static void makeLink(HKEY hive, const std::wstring& path, HKEY targetHive,
                          const std::wstring& targetPath);
 

@@ -127,8 +127,9 @@ void FileReplacement::seekTo(uint64_t offset) {
 void FileReplacement::commit() {
     if (!::FlushFileBuffers(file_.get())) raiseLastError(path_);
     file_.reset();
-    const bool isPresent = attributes_ != notThere;
-    if (isPresent) giveAttributes(attributes_);
+    if (attributes_ != notThere) giveAttributes(attributes_);
+    // Another program may have made or taken it away meanwhile.
+    const bool isPresent = attributesOf(path_) != notThere;
     bool done = flavour() == Flavour::wide ? replaceInOneStep(path_, newPath_, isPresent)
                                            : replaceByRenaming(path_, newPath_, isPresent);
     if (!done) raiseLastError(path_);

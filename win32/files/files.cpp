@@ -80,6 +80,17 @@ void createFolder(const std::wstring& path, Links links) {
         raiseWin32(ERROR_ACCESS_DENIED, path);
 }
 
+bool createNewFile(const std::wstring& path) {
+    try {
+        opened(path, GENERIC_WRITE, CREATE_NEW);
+        return true;
+    } catch (const Error&) {
+        // Windows versions differ in how they tell that the name is taken.
+        if (attributesOf(path) == notThere) throw;
+        return false;
+    }
+}
+
 FileReader::FileReader(const std::wstring& path)
     : path_(path), file_(opened(path, GENERIC_READ, OPEN_EXISTING)), size_(sizeOf(file_.get(), path)) {}
 

@@ -40,6 +40,9 @@ enum class Links { followed, refused };
 // Makes one folder; one that is there is no error, a file of that name is.
 void createFolder(const std::wstring& path, Links links = Links::followed);
 
+// Makes an empty file. False when something of that name is there; what else fails is thrown.
+bool createNewFile(const std::wstring& path);
+
 // A file open for reading, others may read and write it meanwhile.
 class FileReader {
   public:

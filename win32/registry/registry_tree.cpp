@@ -29,14 +29,35 @@ LONG deleteEmptyKey(HKEY root, const std::wstring& path, RegistryKey& key) {
     return withFlavour([&](auto f) { return f.regDeleteKey(root, f.in(path)); });
 }
 
-// Deep trees are no danger to the stack: a path ends at some hundred levels.
-LONG deleteBelow(const RegistryKey& key, RegistryView view) {
+LONG openToDelete(RegistryKey& key, HKEY root, const std::wstring& path, RegistryView view) {
+    if (LONG error = checkSubkey(root, path, view)) return error;
+    return key.openLink(root, path, deleteAccess, view);
+}
+
+// Gives every key's name to `step`, until one fails. A link opened as such has nothing below it.
+template <class Step>
+LONG forEachBelow(const RegistryKey& key, Step step) {
     std::vector<std::wstring> names;
     if (LONG error = subkeyNames(key, names)) return error;
     for (const std::wstring& name : names) {
-        if (LONG error = deleteKeyTree(key.get(), name, view)) return error;
+        if (LONG error = step(name)) return error;
     }
     return ERROR_SUCCESS;
+}
+
+// Deep trees are no danger to the stack: a path ends at some hundred levels.
+LONG checkTree(HKEY root, const std::wstring& path, RegistryView view) {
+    RegistryKey key;
+    if (LONG error = openToDelete(key, root, path, view)) return error;
+    return forEachBelow(key, [&](const std::wstring& name) { return checkTree(key.get(), name, view); });
+}
+
+LONG deleteTree(HKEY root, const std::wstring& path, RegistryView view) {
+    RegistryKey key;
+    if (LONG error = openToDelete(key, root, path, view)) return error;
+    const LONG error =
+        forEachBelow(key, [&](const std::wstring& name) { return deleteTree(key.get(), name, view); });
+    return error ? error : deleteEmptyKey(root, path, key);
 }
 
 }  // namespace
@@ -44,12 +65,8 @@ LONG deleteBelow(const RegistryKey& key, RegistryView view) {
 LONG deleteKeyTree(HKEY root, const std::wstring& path, RegistryView view) {
     std::wstring cut = path.substr(0, path.find_last_not_of(L'\\') + 1);
     if (cut.empty()) return ERROR_INVALID_PARAMETER;
-    RegistryKey key;
-    if (LONG error = checkSubkey(root, cut, view)) return error;
-    if (LONG error = key.openLink(root, cut, deleteAccess, view)) return error;
-    // A link opened as such has nothing below it.
-    if (LONG error = deleteBelow(key, view)) return error;
-    return deleteEmptyKey(root, cut, key);
+    const LONG error = checkTree(root, cut, view);
+    return error ? error : deleteTree(root, cut, view);
 }
 
 }  // namespace win32

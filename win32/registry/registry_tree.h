@@ -5,8 +5,9 @@
 
 namespace win32 {
 
-// Deletes a key with all that is below it, children first; stops at the first that cannot be deleted and
-// gives its error. A link is deleted, what it leads to stays. The empty path, a whole hive, is refused.
+// Deletes a key with all that is below it, children first. Nothing is deleted where one of them may not be
+// opened for that; what fails later stops it. The first error is given. A link is deleted, what it leads to
+// stays. The empty path, a whole hive, is refused.
 LONG deleteKeyTree(HKEY root, const std::wstring& path, RegistryView view = RegistryView::whole);
 
 }  // namespace win32

@@ -1,7 +1,5 @@
 """What a backup brings back through readers that nobody here wrote, and what an export of theirs says otherwise."""
 import re
-import resource
-import signal
 import tempfile
 from pathlib import Path
 
@@ -265,14 +263,8 @@ class Refused(BackupCase):
         self.assertEqual((self.folder / 'Backup').read_text(), 'no folder')
 
     def test_no_room_for_the_whole_file(self):
-        """The program may write files of 100 000 bytes at most, which fails in the midst of the backup."""
+        """Which fails in the midst of the backup."""
         self.probe.set_value('HKLM', RUN, 'large', bytes(65536), 3)
-
-        def limit():
-            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
-            resource.setrlimit(resource.RLIMIT_FSIZE, (100_000, 100_000))
-
-        # What it starts inherits the limit; wineserver, which keeps the registry, runs already and has none.
-        self.start_probe(before_exec=limit)
+        self.start_probe_with_little_room()
         self.assert_told_and_nothing_left()
         self.assertEqual(self.backups(), [])

@@ -52,3 +52,23 @@ class Hostile(Case):
         self.addCleanup(reader.close)
         reader.run(f'{FOLDER}\\Backup\\{kept[0].name}')
         self.assertEqual(self.probe.text_values('HKLM', WINLOGON)['Shell'], 'evil "a" \\ b.exe')
+
+    def test_no_room_for_an_ini_file_that_is_rewritten(self):
+        """It stays as it was, nothing is claimed, and no part of a file is left."""
+        before = b'[windows]\r\nrun=C:\\m.exe\r\n' + b'; 16 characters\r\n' * 7000
+        ini = self.prefix.write('C:\\windows\\win.ini', before)
+        self.start_probe_with_little_room()
+        self.start()
+        description = 'Win.ini "run=" line'
+        self.program.select('ucOther1', description)
+        self.program.press_button('ucOther1')
+        self.answer(f'Are you sure you want to delete excess startups from {description}?', 'OK')
+        told = wait_for(lambda: [entry for entry in self.entries() if entry.source == 'ucOther.cmdDelete_Click'][1:],
+                        'the second of two lines')
+        self.assertEqual([entry.level for entry in told], [4])
+        self.assertTrue(self.program.no_dialog())
+        self.assertEqual(ini.read_bytes(), before)
+        self.assertEqual(self.kept('win'), [])
+        left = [file.name for folder in (ini.parent, self.folder / 'Backup') for file in folder.iterdir()
+                if file.name.lower().endswith('.tmp')]
+        self.assertEqual(left, [])

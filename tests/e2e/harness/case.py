@@ -1,6 +1,8 @@
 """What every case starts from: a prefix and a program folder of its own, with a probe inside."""
 import os
+import resource
 import shutil
+import signal
 import unittest
 
 from . import paths, windows98
@@ -40,6 +42,16 @@ class Case(unittest.TestCase):
         self.probe = Probe(paths.probe(self.architecture), self.prefix.environment, self.windows98.trace_file, before_exec)
         self.addCleanup(self.probe.close)
 
+    def start_probe_with_little_room(self):
+        """As on a full disk: a file of more than 100 000 bytes cannot be written."""
+
+        def limit():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (100_000, 100_000))
+
+        # What it starts inherits the limit; wineserver, which keeps the registry, runs already and has none.
+        self.start_probe(before_exec=limit)
+
     def keep_logs(self):
         """On a failure what the program wrote is kept, with what was on the screen."""
         outcome = getattr(self._outcome, 'result', None)
@@ -66,14 +78,14 @@ class Case(unittest.TestCase):
     def add_run(self, name, command, hive='HKLM', key=RUN, expand=False):
         self.probe.set_value(hive, key, name, command, REG_EXPAND_SZ if expand else REG_SZ)
 
-    def launch(self):
+    def launch(self, *current_folder):
         """Starts the program without waiting for its window."""
         self.windows98.prepare_start(self.probe, FOLDER)
-        self.program = Program(self.probe, FOLDER + '\\Quillon.exe', self.prefix.environment)
+        self.program = Program(self.probe, FOLDER + '\\Quillon.exe', self.prefix.environment, *current_folder)
         return self.program
 
-    def start(self):
-        return self.launch().wait_for_window()
+    def start(self, *current_folder):
+        return self.launch(*current_folder).wait_for_window()
 
     # What the program wrote.
 

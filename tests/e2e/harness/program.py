@@ -44,10 +44,10 @@ class Dialog:
 
 
 class Program:
-    def __init__(self, probe, path, environment):
+    def __init__(self, probe, path, environment, *current_folder):
         self.probe = probe
         self.environment = environment
-        self.pid = probe.ask('start', path)['pid']
+        self.pid = probe.ask('start', path, *current_folder)['pid']
 
     def windows(self):
         return self.probe.ask('windows', self.pid)['windows']
