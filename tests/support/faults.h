@@ -14,8 +14,8 @@ inline constexpr DWORD faultErrors[] = {ERROR_ACCESS_DENIED, ERROR_NOT_ENOUGH_ME
 // As long as no fault is armed they are what they stand for. To be done before the module looks anything up.
 void makeFailing(HMODULE module);
 
-// Puts a function of the test's own in the place of one of Windows', which `real` becomes, in the modules that are made
-// failing afterwards.
+// Puts a function of the test's own in the place of one of Windows', which `real` becomes, in the modules
+// that are made failing afterwards.
 void standIn(const char* name, void* instead, void** real);
 
 // While it lives, the calls are counted, and the one of that number fails, once; 0 lets all pass.

@@ -236,7 +236,8 @@ TEST_CASE_FIXTURE(Names, "custom: RunOnceEx is emptied of each hostile name, or 
             registry.deleteBelow(machine, runOnceEx);
         }
     }
-    CHECK(log.lines.empty());
+    // The way back of a place says what it lacks.
+    for (const LogLine& line : log.lines) CHECK(line.text.find(L"not exported: [") == 0);
 }
 
 TEST_CASE_FIXTURE(Names, "general: the boxes about hostile names are short and read as one line") {

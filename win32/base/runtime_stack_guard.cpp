@@ -20,7 +20,8 @@ uintptr_t __stack_chk_guard = 0x0A0DFF00;
 
 namespace {
 
-// Another one in each run, from what every Windows tells without loading anything.
+// Another one in each run, from what every Windows tells without loading anything. Its first byte in memory
+// is NUL, which no text that is copied too far puts there.
 uintptr_t unforeseenNumber() {
     FILETIME time;
     LARGE_INTEGER counter = {};
@@ -29,7 +30,7 @@ uintptr_t unforeseenNumber() {
     uintptr_t number = reinterpret_cast<uintptr_t>(&time);
     const DWORD parts[] = {time.dwLowDateTime, counter.LowPart, ::GetTickCount(), ::GetCurrentThreadId()};
     for (DWORD part : parts) number = number * 0x01000193 ^ part;
-    return number;
+    return number & ~uintptr_t{0xFF};
 }
 
 // Before any other code of the module. It is in a protected function itself that the number may not change.
