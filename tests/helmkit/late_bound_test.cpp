@@ -201,6 +201,12 @@ TEST_CASE("class factories make each class, count their uses and refuse aggregat
         UINT count = 0;
         CHECK(object->GetTypeInfoCount(&count) == S_OK);
         CHECK(count == 1);
+        win32::ComPtr<ITypeInfo> info, none;
+        CHECK(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, info.out()) == S_OK);
+        CHECK(info);
+        CHECK(object->GetTypeInfo(1, LOCALE_USER_DEFAULT, none.out()) == DISP_E_BADINDEX);
+        CHECK_FALSE(none);
+        CHECK(object->GetTypeInfo(0, LOCALE_USER_DEFAULT, nullptr) == E_POINTER);
         void* other = nullptr;
         CHECK(factory->CreateInstance(object.get(), IID_IUnknown, &other) == CLASS_E_NOAGGREGATION);
         CHECK(factory->CreateInstance(nullptr, IID_IPersist, &other) == E_NOINTERFACE);
