@@ -157,11 +157,12 @@ step check scripts/check.sh
 step scripts python3 tests/scripts/run.py
 step samples python3 tests/samples/run.py "${architectures[@]}"
 step bench quick_benchmark "${architectures[0]}"
-steps=(check scripts samples bench support_request report e2e)
+steps=(check scripts samples bench faults support_request report e2e)
 if [ ${#architectures[@]} = 2 ]; then
     step windows98 scripts/windows98.sh
     steps+=(windows98)
 fi
+step faults scripts/faults.sh --faults=100
 step support_request python3 tests/support_request/run.py "${architectures[@]}"
 step report python3 tests/report/run.py "${combinations[@]}"
 wait "$native_steps"
@@ -170,7 +171,7 @@ step e2e python3 tests/e2e/run.py "${combinations[@]}"
 for name in native fuzz "${names[@]}" "${steps[@]}"; do collect "$name"; done
 [ ${#architectures[@]} = 2 ] || {
     skip unit_tests-x86 'there is no 32-bit Wine here' 4
-    skip support_request-x86 'there is no 32-bit Wine here' 51
+    skip support_request-x86 'there is no 32-bit Wine here' 61
     skip e2e-x86 'there is no 32-bit Wine here' 4
     skip windows98 'there is no 32-bit Wine here' 2
 }

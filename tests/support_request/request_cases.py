@@ -45,6 +45,34 @@ test_404_gives_its_reason = answered('/404', 'false', 'No Such Category')
 test_500_gives_its_reason = answered('/500', 'false', 'Out Of Order')
 
 
+def hostile(path):
+    def case(bench):
+        """An answer that means harm, or nothing: it is told once, clearly and in time."""
+        with_server = server.Server()
+        try:
+            answer = ask(bench, with_server.address(path))
+            result, reason = answer.one('result'), answer.one('reason')
+            expect((result, reason) == ('true', '(not set)') or result == 'false' and len(reason) <= 2 << 20, answer.text[:200])
+            expect(int(answer.one('milliseconds')) < WITHOUT_LIMIT, f'took {answer.one("milliseconds")} ms')
+            expect_equal({method for method, _, _, _ in with_server.requests} - {'GET'}, {'POST'}, 'requests')
+        finally:
+            with_server.close()
+        return result, reason
+    return case
+
+
+test_hostile_endless_headers = hostile('/endless-headers')
+test_hostile_header_of_4_mib = hostile('/huge-header')
+test_hostile_reason_of_1_mib = hostile('/huge-reason')
+test_hostile_redirection = hostile('/elsewhere')
+test_hostile_redirections_without_end = hostile('/round')
+test_hostile_garbage = hostile('/garbage')
+test_hostile_no_status = hostile('/no-status')
+test_hostile_status_of_text = hostile('/status-of-text')
+test_hostile_status_beyond_32_bits = hostile('/huge-status')
+test_hostile_negative_length = hostile('/negative-length')
+
+
 def unanswered(path):
     def case(bench):
         """Ends by the request's own limit. Which reason is given follows from the readyState that the object reached."""

@@ -2,6 +2,7 @@
 import contextlib
 import socket
 import threading
+import time
 
 ANSWERS = {
     '/200': b'HTTP/1.1 200 OK\r\nContent-Length: 2\r\nConnection: close\r\n\r\nok',
@@ -14,8 +15,23 @@ ANSWERS = {
     '/half': b'HTTP/1.1 200 OK\r\nContent-Le',
     '/never': b'',
     '/close': None,
+    '/endless-headers': b'HTTP/1.1 200 OK\r\n',
+    '/huge-header': b'HTTP/1.1 200 OK\r\nX-Long: ' + b'x' * (4 << 20) + b'\r\nContent-Length: 2\r\nConnection: close\r\n\r\nok',
+    '/huge-reason': b'HTTP/1.1 500 ' + b'r' * (1 << 20) + b'\r\nContent-Length: 0\r\nConnection: close\r\n\r\n',
+    '/elsewhere': b'HTTP/1.1 307 Elsewhere\r\nLocation: /200\r\nContent-Length: 0\r\nConnection: close\r\n\r\n',
+    '/round': b'HTTP/1.1 302 Round\r\nLocation: /round\r\nContent-Length: 0\r\nConnection: close\r\n\r\n',
+    '/garbage': b'\x00\xff\x1b[2J\xfe\r\n\r\n' + bytes(range(256)) * 16,
+    '/no-status': b'HTTP/1.1\r\n\r\n',
+    '/status-of-text': b'HTTP/1.1 two-hundred OK\r\nContent-Length: 0\r\nConnection: close\r\n\r\n',
+    '/huge-status': b'HTTP/1.1 4294967496 OK\r\nContent-Length: 0\r\nConnection: close\r\n\r\n',
+    '/negative-length': b'HTTP/1.1 200 OK\r\nContent-Length: -1\r\nConnection: close\r\n\r\n',
 }
 HOLDS_ON = ('/stall', '/half', '/never')
+# What is sent again and again behind the answer.
+ENDLESS = {
+    '/endless-headers': b'X-More: ' + b'h' * 1000 + b'\r\n',
+}
+PAUSE = 0.02  # seconds between two pieces: a body that came as fast as it can would only fill the machine's memory
 PATIENCE = 60  # seconds that it holds on
 
 
@@ -55,6 +71,9 @@ class Server:
             connection.sendall(ANSWERS[answer_of])
             if answer_of in HOLDS_ON:
                 self.done.wait(PATIENCE)
+            began = time.monotonic()
+            while answer_of in ENDLESS and time.monotonic() - began < PATIENCE and not self.done.wait(PAUSE):
+                connection.sendall(ENDLESS[answer_of])
 
     @staticmethod
     def receive(connection):
