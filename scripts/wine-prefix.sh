@@ -74,13 +74,15 @@ copy_base() {
     [ "$windows" != unmanaged ] || printf '\n[Software\\\\Wine\\\\X11 Driver]\n"Managed"="N"\n' >>"$folder/user.reg"
 }
 
-# On a busy machine a start may fail once; then half of the tests would be left out.
+# On a busy machine a start may fail once; then half of the tests would be left out. Afterwards the server goes on writing
+# registry files for a while: a copy of the base that is made meanwhile fails.
 runs_32bit() {
-    local attempt
+    local attempt status=1
     for attempt in 1 2 3; do
-        WINEPREFIX=$base wine "$base/drive_c/windows/syswow64/hostname.exe" >/dev/null 2>&1 && return
+        WINEPREFIX=$base wine "$base/drive_c/windows/syswow64/hostname.exe" >/dev/null 2>&1 && status=0 && break
     done
-    return 1
+    wineserver_of "$base" -w
+    return $status
 }
 
 # On 64-bit Windows and on Windows of its own.

@@ -1,10 +1,12 @@
 // The unit tests' entry: --flavour=ansi or --flavour=wide chooses the string flavour, the rest is doctest's.
-// --write-on-stack=N writes N bytes into an array of 16 and tells N: a process that is started to be ended.
+// --write-on-stack=N writes N bytes into an array of 16 and tells N, --write-on-heap=N into one of 20: a
+// process that is started to be ended.
 #define DOCTEST_CONFIG_IMPLEMENT
 #include <doctest/doctest.h>
 
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 #include "win32/base/flavour.h"
 #include "win32/com/com.h"
@@ -18,6 +20,19 @@ namespace {
     return count;
 }
 
+[[gnu::noinline]] int writtenOnHeap(int count) {
+    std::vector<char> array(20);
+    volatile char* target = array.data();
+    for (int i = 0; i < count; ++i) target[i] = 'x';
+    return count;
+}
+
+// The number behind an argument of that beginning, none for another argument.
+const char* numberBehind(const char* beginning, const char* argument) {
+    const size_t length = std::strlen(beginning);
+    return std::strncmp(argument, beginning, length) ? nullptr : argument + length;
+}
+
 }  // namespace
 
 int main(int count, char** arguments) {
@@ -25,9 +40,12 @@ int main(int count, char** arguments) {
         if (!std::strcmp(arguments[i], "--flavour=ansi")) win32::forceFlavour(win32::Flavour::ansi);
         if (!std::strcmp(arguments[i], "--flavour=wide")) win32::forceFlavour(win32::Flavour::wide);
     }
-    const char* const writing = "--write-on-stack=";
-    if (count == 2 && !std::strncmp(arguments[1], writing, std::strlen(writing)))
-        return writtenOnStack(std::atoi(arguments[1] + std::strlen(writing)));
+    if (count >= 2) {
+        if (auto* number = numberBehind("--write-on-stack=", arguments[1]))
+            return writtenOnStack(std::atoi(number));
+        if (auto* number = numberBehind("--write-on-heap=", arguments[1]))
+            return writtenOnHeap(std::atoi(number));
+    }
     win32::ComApartment apartment;
     doctest::Context context(count, arguments);
     return context.run();

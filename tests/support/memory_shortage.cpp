@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <new>
 
+#include "tests/support/page_heap.h"
+
 namespace {
 
 struct Shortage {
@@ -24,22 +26,30 @@ struct Shortage {
 Shortage shortage;
 size_t allocated = 0, peak = 0;
 
+size_t sizeOf(void* memory) {
+    return page_heap::isOn() ? page_heap::sizeOf(memory) : ::_msize(memory);
+}
+
 }  // namespace
 
 void* operator new(size_t size) {
-    void* memory = shortage.refuses(size) ? nullptr : std::malloc(size ? size : 1);
+    void* memory = shortage.refuses(size) ? nullptr
+                   : page_heap::isOn()    ? page_heap::allocate(size)
+                                          : std::malloc(size ? size : 1);
     if (!memory) throw std::bad_alloc();
-    allocated += ::_msize(memory);
+    allocated += sizeOf(memory);
     peak = std::max(peak, allocated);
     return memory;
 }
 
 void operator delete(void* memory) noexcept {
-    if (memory) allocated -= ::_msize(memory);
-    std::free(memory);
+    if (!memory) return;
+    allocated -= sizeOf(memory);
+    page_heap::isOn() ? page_heap::release(memory) : std::free(memory);
 }
 
-void operator delete(void* memory, size_t) noexcept {
+void operator delete(void* memory, size_t size) noexcept {
+    if (memory && page_heap::isOn()) page_heap::checkEnd(memory, size);
     operator delete(memory);
 }
 
