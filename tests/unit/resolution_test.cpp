@@ -214,7 +214,7 @@ TEST_CASE_FIXTURE(Moving,
         checkInside(list, client);
         checkInside(button, client);
         // The heading of the list and two rows remain.
-        CHECK(list.bottom - list.top > 70);
+        CHECK(list.bottom - list.top > 60);
         CHECK(list.bottom <= button.top);
         if (HWND box = ::GetDlgItem(child(page), 102)) {
             checkInside(inParent(box), client);
