@@ -142,13 +142,14 @@ void checkAfter(Program& program, const DrivenRun& run) {
         CHECK((now.at(L"entry").empty() || now.at(L"package").empty()));
     const bool isLogged = log.find("\t4\t") != std::string::npos || log.find("\t3\t") != std::string::npos ||
                           log.find("\t2\t") != std::string::npos;
-    const bool isRefused = run.boxes.size() > 0 && run.exitCode != 0;
+    const bool isRefused = run.exitCode != 0 || wasTold(run, "Access denied. ");
     if (!isLogged && !isRefused && !isSilent(run.failed)) CHECK(now == program.afterwards);
     for (const std::wstring& name : Program::filesOf(program.backups)) {
         CAPTURE(win32::toUtf8(name));
         const std::string bytes = TempFolder::read(program.backups + L'\\' + name);
         const bool isGood = std::count(program.goodBackups.begin(), program.goodBackups.end(), bytes) > 0;
-        CHECK((isGood || isLogged || isSilent(run.failed) || run.failed.find("DeleteFile") == 0));
+        CHECK(
+            (isGood || isLogged || isRefused || isSilent(run.failed) || run.failed.find("DeleteFile") == 0));
     }
 }
 
