@@ -34,8 +34,8 @@ const std::wstring runKeys[] = {L"Run", L"RunServices", L"RunOnce", L"RunService
 std::wstring fileOf(const HostileName& row) {
     const std::string what = row.what;
     std::wstring file(what.begin(), what.end());
-    std::replace_if(
-        file.begin(), file.end(), [](wchar_t c) { return c == L' ' || c == L','; }, L'-');
+    const auto separates = [](wchar_t c) { return c == L' ' || c == L','; };
+    std::replace_if(file.begin(), file.end(), separates, L'-');
     return L"C:\\nowhere\\" + file + L".exe";
 }
 
