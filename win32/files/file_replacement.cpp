@@ -128,11 +128,17 @@ void FileReplacement::commit() {
     if (!::FlushFileBuffers(file_.get())) raiseLastError(path_);
     file_.reset();
     if (attributes_ != notThere) giveAttributes(attributes_);
-    // Another program may have made or taken it away meanwhile.
-    const bool isPresent = attributesOf(path_) != notThere;
-    bool done = flavour() == Flavour::wide ? replaceInOneStep(path_, newPath_, isPresent)
-                                           : replaceByRenaming(path_, newPath_, isPresent);
-    if (!done) raiseLastError(path_);
+    const auto isThere = [&] { return attributesOf(path_) != notThere; };
+    const auto replace = [&](bool isPresent) {
+        return flavour() == Flavour::wide ? replaceInOneStep(path_, newPath_, isPresent)
+                                          : replaceByRenaming(path_, newPath_, isPresent);
+    };
+    // Another program may have made or taken it away meanwhile, also between the look and the step.
+    const bool isPresent = isThere();
+    bool done = replace(isPresent);
+    const DWORD error = ::GetLastError();
+    if (!done && isThere() != isPresent) done = replace(!isPresent);
+    if (!done) raiseWin32(error, path_);
     newPath_.clear();
 }
 
