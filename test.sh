@@ -3,6 +3,7 @@
 # when nothing failed. What failed is told in full in build/test-logs.
 set -uo pipefail
 cd "$(dirname "$0")" || exit
+. scripts/display.sh
 
 logs=build/test-logs
 table=()
@@ -105,17 +106,6 @@ quick_benchmark() {
 
 native() { cmake --build --preset native && build/native/tests/native/native_tests --no-colors=1; }
 
-start_display() {
-    rm -f "$logs/display"
-    mkfifo "$logs/display"
-    Xvfb -displayfd 3 -screen 0 1100x800x24 -nolisten tcp 3>"$logs/display" 2>/dev/null &
-    xvfb=$!
-    trap 'kill "$xvfb" 2>/dev/null' EXIT
-    read -r number <"$logs/display"
-    [ -n "$number" ] || give_up 'test: Xvfb did not start'
-    export DISPLAY=:$number
-}
-
 scripts/setup.sh || give_up 'test: the set-up failed'
 began=$SECONDS
 rm -rf "$logs"
@@ -133,7 +123,8 @@ if scripts/wine-prefix.sh has32; then
     combinations=(x86:win98 x86:win2k x86:winxp x86:win10 "${combinations[@]}")
 fi
 
-start_display
+start_display || give_up 'test: Xvfb did not start'
+trap 'kill "$xvfb" 2>/dev/null' EXIT
 
 # Beside each other: what is compiled and fuzzed natively, and what runs under Wine.
 {

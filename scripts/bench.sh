@@ -8,6 +8,7 @@
 # docs/performance.md explains the figures. QUILLON_BUILD names another build folder than build/ARCHITECTURE.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/display.sh
 
 calls= services=
 [ "${1:-}" != --calls ] || { calls=yes; shift; }
@@ -29,15 +30,6 @@ build_program() {
     tail -n 60 "$log" >&2
     printf 'bench: the build failed; the whole log is in %s\n' "$log" >&2
     return 1
-}
-
-start_display() {
-    local pipe=$prefix/display
-    mkfifo "$pipe"
-    Xvfb -displayfd 3 -screen 0 1100x800x24 -nolisten tcp 3>"$pipe" 2>/dev/null &
-    xvfb=$!
-    read -r number <"$pipe"
-    export DISPLAY=:$number
 }
 
 clean_up() {

@@ -9,6 +9,7 @@
 # listed in build/coverage/unreached.txt. That a test fails is told, and changes nothing else: test.sh judges.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
+. scripts/display.sh
 
 case ${1:-} in
 '' | --quick) ;;
@@ -41,20 +42,12 @@ under_wine() {
         timeout 1800 wine "$@"
 }
 
-start_display() {
-    mkfifo "$out/display"
-    Xvfb -displayfd 3 -screen 0 1100x800x24 -nolisten tcp 3>"$out/display" 2>/dev/null &
-    xvfb=$!
-    trap 'kill "$xvfb" 2>/dev/null' EXIT
-    read -r number <"$out/display"
-    export DISPLAY=:$number
-}
-
 rm -rf "$out"
 mkdir -p "$out"
 build >"$out/build.log" 2>&1 || { tail -n 40 "$out/build.log"; exit 1; }
 find "$windows_build" build/coverage-native -name '*.gcda' -delete
-start_display
+start_display || exit 1
+trap 'kill "$xvfb" 2>/dev/null' EXIT
 scripts/wine-prefix.sh copy "$prefix" winxp unmanaged || exit 1
 
 step native build/coverage-native/tests/native/native_tests

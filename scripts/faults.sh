@@ -9,17 +9,13 @@
 # Needs the built tests (scripts/build.sh). The last lines are doctest's.
 set -euo pipefail
 cd "$(dirname "$0")/.."
+. scripts/display.sh
 
 architecture=x86
 scripts/wine-prefix.sh has32 || architecture=x64
 prefix=$PWD/build/wine/faults-$$
 
-if [ -z "${DISPLAY:-}" ]; then
-    exec {number}< <(exec Xvfb -displayfd 1 -screen 0 1100x800x24 -nolisten tcp 2>/dev/null)
-    xvfb=$!
-    read -r -u "$number" display
-    export DISPLAY=:$display
-fi
+[ -n "${DISPLAY:-}" ] || start_display
 finish() {
     scripts/wine-prefix.sh stop "$prefix"
     rm -rf "$prefix"

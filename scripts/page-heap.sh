@@ -8,6 +8,7 @@
 # Its last line is `N passed, N failed, N skipped`.
 set -uo pipefail
 cd "$(dirname "$0")/.." || exit
+. scripts/display.sh
 
 flavour=${1:-wide}
 prefix=$PWD/build/wine/page-heap-$$ log=build/test-logs/page-heap-$flavour.log
@@ -19,15 +20,6 @@ clean_up() {
     rm -rf "$prefix"
 }
 
-start_display() {
-    local pipe=$prefix/display
-    mkfifo "$pipe"
-    Xvfb -displayfd 3 -screen 0 1100x800x24 -nolisten tcp 3>"$pipe" 2>/dev/null &
-    xvfb=$!
-    read -r number <"$pipe"
-    export DISPLAY=:$number
-}
-
 tests() { timeout 1800 wine build/x64/tests/unit_tests.exe "$@"; }
 
 fail() {
@@ -37,7 +29,7 @@ fail() {
 
 scripts/wine-prefix.sh copy "$prefix" winxp unmanaged || exit
 trap clean_up EXIT
-start_display
+start_display || fail 'Xvfb did not start'
 export WINEPREFIX=$prefix LC_ALL=C.UTF-8 WINEDEBUG=-all
 export WINEDLLOVERRIDES='mscoree=;mshtml=;winemenubuilder.exe=d;winedbg.exe=d'
 
