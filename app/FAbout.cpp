@@ -4,6 +4,7 @@
 #include "resources/resource_ids.h"
 #include "win32/windows/message_loop.h"
 #include "win32/windows/scale.h"
+#include "win32/windows/window_place.h"
 
 namespace app {
 
@@ -26,7 +27,7 @@ FAbout::FAbout(HWND owner, std::function<void()> visitHomePage)
            nullptr);
     createControls();
     layOut(win32::dpiOf(owner_));
-    centreOverOwner();
+    win32::centreOver(handle(), owner_);
 }
 
 void FAbout::createControls() {
@@ -48,7 +49,7 @@ void FAbout::createControls() {
     cmdOK_ = {createControl(handle(), L"Button", L"OK", WS_VISIBLE | WS_TABSTOP | BS_DEFPUSHBUTTON, 0, IDOK),
               clientWidth - 120 - 1335, 2760, 1335, 405};
     // Group boxes are drawn over what stands below them.
-    ::SetWindowPos(frame1_.window(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE);
+    win32::putBehindSiblings(frame1_.window());
 }
 
 void FAbout::layOut(int dpi) {
@@ -60,20 +61,8 @@ void FAbout::layOut(int dpi) {
     for (const auto* control : {&picture_, &lblName_, &lblVisitMardelix_, &separator_, &frame1_, &cmdOK_}) {
         control->apply(dpi);
     }
-    RECT frame = {0, 0, win32::toPixels(clientWidth, dpi), win32::toPixels(clientHeight, dpi)};
-    ::AdjustWindowRectEx(&frame, WS_POPUP | WS_CAPTION | WS_SYSMENU, FALSE, WS_EX_DLGMODALFRAME);
-    ::SetWindowPos(handle(), nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
-                   SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    win32::resizeInsideTo(handle(), win32::toPixels(clientWidth, dpi), win32::toPixels(clientHeight, dpi));
     win32::redrawAll(handle());
-}
-
-void FAbout::centreOverOwner() {
-    RECT around, own;
-    ::GetWindowRect(owner_, &around);
-    ::GetWindowRect(handle(), &own);
-    ::SetWindowPos(handle(), nullptr, (around.left + around.right - (own.right - own.left)) / 2,
-                   (around.top + around.bottom - (own.bottom - own.top)) / 2, 0, 0,
-                   SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
 }
 
 void FAbout::showModal() {
@@ -104,8 +93,7 @@ LRESULT FAbout::onMessage(UINT message, WPARAM wParam, LPARAM lParam) {
             return 0;
         case win32::dpiChanged: {
             const auto& place = *reinterpret_cast<const RECT*>(lParam);
-            ::SetWindowPos(handle(), nullptr, place.left, place.top, 0, 0,
-                           SWP_NOSIZE | SWP_NOZORDER | SWP_NOACTIVATE);
+            win32::moveTo(handle(), place.left, place.top);
             layOut(HIWORD(wParam));
             return 0;
         }

@@ -26,7 +26,6 @@ class FAbout : public win32::Window {
   private:
     void createControls();
     void layOut(int dpi);
-    void centreOverOwner();
     void cmdOK_Click();
     bool isLink(HWND window) const { return window == lblVisitMardelix_.window(); }
 

@@ -12,6 +12,7 @@
 #include "win32/windows/key_releases.h"
 #include "win32/windows/message_loop.h"
 #include "win32/windows/scale.h"
+#include "win32/windows/window_place.h"
 
 namespace app {
 
@@ -55,13 +56,11 @@ FMain::FMain(std::span<const PageRow> table) : table_(table) {
     lblFooter_ = {label, footerLeft, 0, footerWidth, footerHeight};
 
     // The pages lie on the strip.
-    ::SetWindowPos(ts_.window(), HWND_BOTTOM, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    win32::putBehindSiblings(ts_.window());
     adoptFont();
     const int dpi = win32::dpiOf(handle());
-    RECT frame = {0, 0, win32::toPixels(clientSize.width, dpi), win32::toPixels(clientSize.height, dpi)};
-    ::AdjustWindowRect(&frame, WS_OVERLAPPEDWINDOW, TRUE);
-    ::SetWindowPos(handle(), nullptr, 0, 0, frame.right - frame.left, frame.bottom - frame.top,
-                   SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
+    win32::resizeInsideTo(handle(), win32::toPixels(clientSize.width, dpi),
+                          win32::toPixels(clientSize.height, dpi));
 }
 
 FMain::~FMain() {
@@ -185,8 +184,7 @@ void FMain::Form_Resize() {
 void FMain::onResolutionChanged(int dpi, const RECT& place) {
     win32::keepDpi(handle(), dpi);
     adoptFont();
-    ::SetWindowPos(handle(), nullptr, place.left, place.top, place.right - place.left,
-                   place.bottom - place.top, SWP_NOZORDER | SWP_NOACTIVATE);
+    win32::placeAt(handle(), place);
     Form_Resize();
     // A page whose size in pixels has stayed the same was not told to lay itself out again.
     for (const ShownPage& shown : pages_) {

@@ -2,6 +2,7 @@
 
 #include "win32/windows/scale.h"
 #include "win32/windows/window.h"
+#include "win32/windows/window_place.h"
 
 namespace startup {
 
@@ -24,7 +25,7 @@ void PageLayout::create(HWND page, const CategoryDesign& design, const win32::Li
                 9000, headingHeight};
     // What a screen reader calls the list: the label before it, or its own text where nothing looks for
     // labels.
-    ::SetWindowPos(heading_.window(), HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    win32::putBeforeSiblings(heading_.window());
     win32::setText(list.window(), design.heading);
     lblFilename_ = {createControl(page, L"Static", design.note, WS_VISIBLE, 0, lblFilenameId), 0, 0,
                     hasFileBox_ ? fileBoxLeft - 60 : noteWidth, labelHeight};

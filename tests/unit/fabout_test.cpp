@@ -77,6 +77,22 @@ TEST_CASE_FIXTURE(About, "the box stands over the middle of its owner, its frame
     CHECK((::GetWindowLongW(last, GWL_STYLE) & BS_TYPEMASK) == BS_GROUPBOX);
 }
 
+TEST_CASE_FIXTURE(About, "the measures of the box are exact to the twip") {
+    using Place = std::vector<int>;
+    RECT place = {30, 40, 0, 0}, client;
+    ::SendMessageW(box.handle(), 0x02E0, MAKEWPARAM(1440, 1440), reinterpret_cast<LPARAM>(&place));
+    ::GetClientRect(box.handle(), &client);
+    CHECK(Place{int(client.right), int(client.bottom)} == Place{6000, 3450});
+    auto placeOf = [&](HWND control) { return placeIn(box.handle(), control); };
+    CHECK(placeOf(ofClass(L"QuillonPicture")) == Place{240, 240, 960, 960});
+    CHECK(placeOf(child(L"Quillon Version")) == Place{1440, 240, 4320, 1500});
+    CHECK(placeOf(child(L"Visit")) == Place{1440, 1860, 4320, 270});
+    HWND frame = ::GetWindow(::GetWindow(box.handle(), GW_CHILD), GW_HWNDLAST);
+    CHECK(placeOf(frame) == Place{120, 60, 5760, 2220});
+    CHECK(placeOf(ofClass(L"QuillonStaticLine")) == Place{120, 2505, 5760, 30});
+    CHECK(placeOf(::GetDlgItem(box.handle(), IDOK)) == Place{4545, 2760, 1335, 405});
+}
+
 TEST_CASE_FIXTURE(About, "the link is blue, underlined and under a hand, the notice is not") {
     HDC context = ::CreateCompatibleDC(nullptr);
     auto colour = [&](HWND label) {

@@ -7,6 +7,7 @@
 #include "app/component_check.h"
 #include "app/main_menu.h"
 #include "tests/support/page_fixture.h"
+#include "tests/support/replaced_import.h"
 #include "win32/system/system.h"
 
 namespace {
@@ -301,6 +302,30 @@ TEST_CASE_FIXTURE(Main, "layout follows the window's inner size") {
         CHECK(place(child(name)) == pixels({285, 435, w - 150 - 435, h - 975}));
     }
     CHECK(place(footer())[1] == pixels({h - 300})[0]);
+}
+
+namespace {
+
+RECT inside;
+BOOL WINAPI toldInside(HWND, RECT* rect) {
+    *rect = inside;
+    return TRUE;
+}
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Main, "the measures of the window are exact to the twip") {
+    start();
+    const TwipResolution twips(window.handle());
+    inside = {0, 0, 9600, 6900};
+    // The window itself can hardly be larger than the screen.
+    const ReplacedImport call("GetClientRect", &toldInside);
+    ::SendMessageW(window.handle(), WM_SIZE, SIZE_RESTORED, 0);
+    CHECK(place(strip()) == std::vector<int>{75, 60, 9450, 6450});
+    for (const wchar_t* name : pageNames) {
+        CHECK(place(child(name)) == std::vector<int>{285, 435, 9015, 5925});
+    }
+    CHECK(place(footer()) == std::vector<int>{120, 6600, 9000, 255});
 }
 
 TEST_CASE_FIXTURE(Main, "a window too low keeps the pages' last height and still moves the footer") {
