@@ -6,18 +6,21 @@ namespace app {
 
 HMENU createMainMenu() {
     using Rows = std::vector<win32::MenuRow>;
-    const Rows mnuFile = {{mnuRefresh, L"&Refresh"}, {0, L"-"}, {mnuExit, L"&Exit"}};
+    const win32::MenuRow separator = {.caption = L"-"};
+    const Rows mnuFile = {{mnuRefresh, L"&Refresh"}, separator, {mnuExit, L"&Exit"}};
     const Rows mnuTandems = {{mnuTandem + 0, L"&Corvana"},
                              {mnuTandem + 1, L"&Teselin"},
-                             {mnuTandem + 2, L"-"},
+                             separator,
                              {mnuTandem + 3, L"&Morrowfen"}};
     const Rows mnuTools = {{mnuBackup, L"&Backup Current Settings"},
                            {mnuRestore, L"&Restore..."},
-                           {0, L"-"},
-                           {0, L"&More Parasite Removers", mnuTandems}};
+                           separator,
+                           {.caption = L"&More Parasite Removers", .rows = mnuTandems}};
     const Rows mnuHelp = {
-        {mnuVisitWebsite, L"Quillon &Home Page"}, {0, L"-"}, {mnuAbout, L"&About Quillon..."}};
-    return win32::createMenuBar({{0, L"&File", mnuFile}, {0, L"&Tools", mnuTools}, {0, L"&Help", mnuHelp}});
+        {mnuVisitWebsite, L"Quillon &Home Page"}, separator, {mnuAbout, L"&About Quillon..."}};
+    return win32::createMenuBar({{.caption = L"&File", .rows = mnuFile},
+                                 {.caption = L"&Tools", .rows = mnuTools},
+                                 {.caption = L"&Help", .rows = mnuHelp}});
 }
 
 }  // namespace app

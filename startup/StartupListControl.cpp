@@ -50,11 +50,11 @@ void StartupListControl::Init(helmkit::Logger& log) {
 
 void StartupListControl::RefreshList() {
     trapped(L".RefreshList", [&] {
+        std::optional<LONG> place;
         const int selected = lv_.selected();
-        const bool keeps = design_.keepsSelection && selected != win32::ListView::none;
-        const LONG place = keeps ? itemOf(selected).place() : 0;
+        if (design_.keepsSelection && selected != win32::ListView::none) place = itemOf(selected).place();
         fillList();
-        if (lv_.count() > 0) lv_.select(keeps ? rowOfPlace(place) : 0);
+        lv_.select(rowOfPlace(place));
         lv_ItemClick();
     });
 }
@@ -83,10 +83,10 @@ std::vector<ListedRow> StartupListControl::rows() const {
     return rows;
 }
 
-// The first row where that place is no longer listed.
-int StartupListControl::rowOfPlace(LONG place) const {
-    for (int row = 0; row < lv_.count(); ++row) {
-        if (itemOf(row).place() == place) return row;
+// The first row where none is asked for, or that place is no longer listed.
+int StartupListControl::rowOfPlace(std::optional<LONG> place) const {
+    for (int row = 0; place && row < lv_.count(); ++row) {
+        if (itemOf(row).place() == *place) return row;
     }
     return 0;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -39,7 +40,7 @@ class StartupListControl : public win32::TabPage {
     LRESULT onNotify(const NMHDR& notification);
     void adoptResolution(int dpi);
     void fillList();
-    int rowOfPlace(LONG place) const;
+    int rowOfPlace(std::optional<LONG> place) const;
     // Only the row's icon remembers that an entry is protected.
     bool isProtected(int row) const;
     // The page may be destroyed while a message box or the pop-up menu lets messages run.

@@ -1,5 +1,7 @@
 #include "startup/ini_lines.h"
 
+#include <algorithm>
+
 #include "win32/base/ascii.h"
 #include "win32/base/blanks.h"
 
@@ -18,8 +20,9 @@ bool IniLines::next(std::wstring_view& line) {
     size_t end = 0;
     while (end < rest_.size() && !isLineEnd(rest_[end])) ++end;
     line = rest_.substr(0, end);
-    if (end < rest_.size()) ++end;
-    if (end > line.size() && end < rest_.size() && isLineEnd(rest_[end])) ++end;
+    // Whatever pair of them stands there ends one line.
+    const size_t most = std::min(end + 2, rest_.size());
+    while (end < most && isLineEnd(rest_[end])) ++end;
     rest_.remove_prefix(end);
     return true;
 }
@@ -45,7 +48,7 @@ std::vector<IniLine> startupLines(std::wstring_view text) {
 
 std::wstring withLinesReplaced(std::wstring_view text, std::wstring_view key, std::wstring_view replacement) {
     std::wstring result;
-    result.reserve(text.size() + text.size() / 32);
+    result.reserve(text.size());
     IniLines lines(text);
     for (std::wstring_view line, rest; lines.next(line);) {
         result += isIniLine(line, key, rest) ? replacement : line;

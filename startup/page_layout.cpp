@@ -22,7 +22,7 @@ void PageLayout::create(HWND page, const CategoryDesign& design, const win32::Li
     hasFileBox_ = design.hasFileBox;
     lv_ = {list.window(), 0, listTop, 0, 0};
     heading_ = {createControl(page, L"Static", design.heading, WS_VISIBLE | SS_NOPREFIX, 0, label4Id), 0, 0,
-                9000, headingHeight};
+                0, headingHeight};
     // What a screen reader calls the list: the label before it, or its own text where nothing looks for
     // labels.
     win32::putBeforeSiblings(heading_.window());
