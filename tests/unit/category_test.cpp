@@ -70,6 +70,20 @@ TEST_CASE_FIXTURE(Windowless, "all four categories are listed and emptied with a
     CHECK(log.lines.empty());
 }
 
+TEST_CASE_FIXTURE(Windowless,
+                  "a startup folder is asked for by its own text and nothing else is said of it") {
+    const startup::ucOther places;
+    registry.setString(HKEY_CURRENT_USER,
+                       L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Explorer\\Shell Folders", L"Startup",
+                       folder.path());
+    TempFolder::write(folder.file(L"a.lnk"), "x");
+    const auto items = places.EnumItems(logger).items();
+    REQUIRE(items.size() == 1);
+    const startup::DeletionMessages messages = places.messagesFor(items[0]);
+    CHECK(messages.confirmation == STRING_OPEN_STARTUP_FOLDER);
+    for (int none : {messages.refusal, messages.success, messages.failure}) CHECK(none == 0);
+}
+
 TEST_CASE_FIXTURE(Windowless, "a row shows what the list does") {
     registry.setString(HKEY_LOCAL_MACHINE, run, L"a", L"C:\\nowhere\\a.exe");
     const startup::ucRun general;
@@ -86,8 +100,11 @@ TEST_CASE_FIXTURE(Windowless, "rows are logged by their template, at level 5 and
     CHECK(log.lines[0].text == L"Other: 'a', 'b'");
     CHECK(log.lines[1].text == L"Other: '%2', 'd'");
     CHECK(log.lines[2].text == L"Run: 'a', 'b', 'c'");
-    CHECK(log.lines[0].level == 5);
-    CHECK(log.lines[0].source == L"");
+    for (const LogLine& line : log.lines) {
+        CHECK(line.level == 5);
+        CHECK(line.source == L"");
+        CHECK(line.code == 0);
+    }
 }
 
 TEST_CASE_FIXTURE(Windowless, "a backup keeps its text once, beside what is being written") {

@@ -181,8 +181,13 @@ TEST_CASE_FIXTURE(Main,
     };
     std::wstring message;
     CHECK_FALSE(app::ComponentCheck(message));
-    const DWORD all[] = {ScriptedDesktop::windows98, ScriptedDesktop::windows2000, ScriptedDesktop::windowsXp,
-                         ScriptedDesktop::windows2003, 0x0000000A};
+    const DWORD all[] = {ScriptedDesktop::windows98,
+                         ScriptedDesktop::windows2000,
+                         ScriptedDesktop::windowsXp,
+                         ScriptedDesktop::windows2003,
+                         0x00000006,
+                         0x00000106,
+                         0x0000000A};
     for (DWORD version : all) CHECK(boxOf(version) == message);
     LyingThere file;
     for (DWORD version : all) CHECK(boxOf(version) == message);

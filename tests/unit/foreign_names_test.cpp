@@ -162,7 +162,11 @@ TEST_CASE_FIXTURE(Other, "emptying RunOnceEx stops at a foreign name and tells n
     REQUIRE(log.lines.size() == (isAnsi() && shown == L"tool ?" ? 3 : 1));
     CHECK(log.lines.back().code == (isAnsi() ? static_cast<LONG>(0x8007007B) : 0));  // ERROR_INVALID_NAME
     log.lines.pop_back();
-    for (const LogLine& line : log.lines) CHECK(line.text.find(L"not exported: [HKEY_LOCAL_MACHINE\\") == 0);
+    for (const LogLine& line : log.lines) {
+        CHECK(line.text.find(L"not exported: [HKEY_LOCAL_MACHINE\\") == 0);
+        CHECK(line.code == 0);
+        CHECK(line.level == 4);
+    }
 }
 
 TEST_CASE_FIXTURE(Other, "a place is restored under its own name, beside a foreign one that looks like it") {

@@ -1,6 +1,8 @@
 // The main window on its way between monitors of different resolution.
 #include <doctest/doctest.h>
 
+#include <cstdlib>
+
 #include "app/FAbout.h"
 #include "app/FMain.h"
 #include "resources/resource_ids.h"
@@ -83,6 +85,12 @@ struct Moving : PageFixture {
         }
         return numbers;
     }
+    SIZE tabSize() {
+        RECT tab = {};
+        ::SendMessageW(::GetDlgItem(window.handle(), 200), TCM_GETITEMRECT, 1,
+                       reinterpret_cast<LPARAM>(&tab));
+        return {tab.right - tab.left, tab.bottom - tab.top};
+    }
     int columnWidth(const wchar_t* page, int column) {
         return static_cast<int>(::SendMessageW(list(page), LVM_GETCOLUMNWIDTH, column, 0));
     }
@@ -158,6 +166,7 @@ TEST_CASE_FIXTURE(Moving, "from 96 to 192 pixels per inch everything doubles, an
     const std::vector<int> before = everything();
     const RECT place = onScreen(window.handle()), larger = twiceAsLarge();
     const int height = fontHeight(list(L"ucRun1"));
+    const SIZE tab = tabSize();
     checkTidy();
     checkLayout(96);
     CHECK(imageSize(L"ucRun1") == 16);
@@ -171,6 +180,9 @@ TEST_CASE_FIXTURE(Moving, "from 96 to 192 pixels per inch everything doubles, an
     CHECK(fontHeight(list(L"ucRun1")) == 2 * height);
     CHECK(fontHeight(::GetDlgItem(window.handle(), 200)) == 2 * height);
     CHECK(fontHeight(::GetDlgItem(window.handle(), 201)) == 2 * height);
+    // The room around a tab's text grows with the text.
+    CHECK(std::abs(tabSize().cx - 2 * tab.cx) <= 4);
+    CHECK(std::abs(tabSize().cy - 2 * tab.cy) <= 4);
     CHECK(::SendMessageW(list(L"ucRun1"), LVM_GETITEMCOUNT, 0, 0) == 1);
 
     tell(96, place);
