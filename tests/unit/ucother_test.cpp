@@ -2,9 +2,11 @@
 
 #include "helmkit/client/logger.h"
 #include "helmkit/client/registry_access.h"
+#include "helmkit/registry_access.h"
 #include "startup/browser_checks.h"
 #include "startup/ucOther.h"
 #include "tests/support/page_fixture.h"
+#include "win32/com/com_server.h"
 #include "win32/system/system.h"
 
 namespace {
@@ -380,6 +382,55 @@ TEST_CASE_FIXTURE(Other, "a value that Windows refuses to write is logged and no
     CHECK(log.lines[0].level == 4);
     CHECK(log.lines[0].code != 0);
     CHECK(list.count() == 1);
+}
+
+namespace {
+
+// HKEY_CLASSES_ROOT in a key of the fixture, for the programs in which Wine leads it past the fixture.
+class ClassesElsewhere : public helmkit::server::RegistryAccess {
+  public:
+    STDMETHODIMP ReadValue(LONG hive, BSTR key, BSTR name, BSTR* data, LONG* status) override {
+        if (hive != helmkit::HKCR) return E_UNEXPECTED;
+        const win32::BString elsewhere(L"Classes elsewhere\\" + win32::BString::copy(key));
+        return RegistryAccess::ReadValue(helmkit::HKCU, elsewhere.get(), name, data, status);
+    }
+};
+
+const win32::ComClass elsewhereTable[] = {
+    {&CLSID_RegistryAccess, L"", win32::createObject<ClassesElsewhere>}};
+const win32::ComModule elsewhereModule = {elsewhereTable, 1, &LIBID_Helmkit, 2, 1};
+
+}  // namespace
+
+TEST_CASE_FIXTURE(PageFixture, "a class's server is the library that is expected, in the system folder") {
+    classes.revoke();
+    for (const CLSID* own : {&CLSID_LogWriter, &CLSID_FileServices, &CLSID_SystemServices})
+        classes.offer(*own);
+    classes.offer(CLSID_RegistryAccess, elsewhereModule);
+    helmkit::RegistryAccess access;
+    auto place = [&](const std::wstring& classId, const std::wstring& server) {
+        registry.setString(HKEY_CURRENT_USER, L"Classes elsewhere\\CLSID\\" + classId + L"\\InProcServer32",
+                           L"", server, REG_EXPAND_SZ);
+    };
+    const std::wstring real = win32::windowsFolder();
+    const Variable named(L"QuillonTestFolder", real);
+    place(L"{1}", real + L"\\System32\\MSHTML.dll");
+    place(L"{2}", L"%QuillonTestFolder%\\system32\\mshtml.dll");
+    place(L"{3}", real + L"\\mshtml.dll");
+    const struct {
+        const wchar_t *classId, *library;
+        startup::Icon icon;
+        std::wstring server;
+    } rows[] = {{L"{1}", L"mshtml.DLL", startup::Icon::protectedEntry, real + L"\\system32\\mshtml.dll"},
+                {L"{1}", L"shdocvw.dll", startup::Icon::exclamation, real + L"\\system32\\mshtml.dll"},
+                {L"{2}", L"mshtml.dll", startup::Icon::protectedEntry, real + L"\\system32\\mshtml.dll"},
+                {L"{3}", L"mshtml.dll", startup::Icon::exclamation, real + L"\\mshtml.dll"},
+                {L"{4}", L"mshtml.dll", startup::Icon::exclamation, L""}};
+    for (const auto& row : rows) {
+        std::wstring server = L"what was there";
+        CHECK(startup::classServerCheck(access, row.classId, row.library, server) == row.icon);
+        CHECK(server == win32::lowered(row.server));
+    }
 }
 
 TEST_CASE_FIXTURE(PageFixture, "the browser checks") {
