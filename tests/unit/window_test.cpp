@@ -3,7 +3,7 @@
 
 #include <doctest/doctest.h>
 
-#include <functional>
+#include <cstring>
 #include <type_traits>
 #include <vector>
 
@@ -33,6 +33,11 @@ class Probe : public win32::Window {
         if (fails) win32::raise(E_ABORT, L"failed");
         return 77;
     }
+};
+
+// A child of nobody, which Windows refuses.
+struct Orphan : win32::Window {
+    Orphan() { create(L"QuillonProbe", {}, WS_CHILD, 0, nullptr, nullptr); }
 };
 
 std::wstring wide(const wchar_t* text) {
@@ -175,7 +180,7 @@ TEST_CASE_FIXTURE(Making, "a control is a child of no size, with its number") {
 TEST_CASE_FIXTURE(Making, "a window of our own has its class, and stands where Windows puts it") {
     Probe window(nullptr);
     CHECK(registered.style == CS_DBLCLKS);
-    CHECK(registered.lpfnWndProc != nullptr);
+    CHECK((registered.lpfnWndProc != nullptr));
     CHECK(registered.cbClsExtra == 0);
     CHECK(registered.cbWndExtra == 0);
     CHECK(registered.hInstance == ::GetModuleHandleW(nullptr));
@@ -195,12 +200,7 @@ TEST_CASE_FIXTURE(Making, "a window of our own has its class, and stands where W
     CHECK(made.style == WS_CHILD);
     CHECK(win32::topLevelOf(child.handle()) == window.handle());
     CHECK(win32::topLevelOf(window.handle()) == window.handle());
-    CHECK(raises(ERROR_TLW_WITH_WSCHILD, L"QuillonProbe", [] {
-        struct Orphan : Window {
-            Orphan() { create(L"QuillonProbe", {}, WS_CHILD, 0, nullptr, nullptr); }
-            using Window = win32::Window;
-        } orphan;
-    }));
+    CHECK(raises(ERROR_TLW_WITH_WSCHILD, L"QuillonProbe", [] { Orphan{}; }));
 }
 
 TEST_CASE("messages reach the window's object, its errors the sink, and the end of the window both") {
