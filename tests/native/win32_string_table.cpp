@@ -172,8 +172,7 @@ std::string one(const std::wstring& text) {
 
 TEST_CASE("languages are asked in their order, then the first of the file") {
     const std::string file =
-        imageOf(tree({{5, one(L"")}, {0x0416, one(L"a")}, {0x0407, one(L"b")}, {0x0409, one(L"c")}}))
-            .bytes();
+        imageOf(tree({{5, one(L"")}, {0x0416, one(L"a")}, {0x0407, one(L"b")}, {0x0409, one(L"c")}})).bytes();
     CHECK(*stringOf(file, 0, {0x0409, 0x0407}) == L"c");
     CHECK(*stringOf(file, 0, {0x0407, 0x0409}) == L"b");
     CHECK(*stringOf(file, 0, {0x0411, 0x0407}) == L"b");

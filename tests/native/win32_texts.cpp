@@ -47,12 +47,14 @@ TEST_CASE("UTF-16 as UTF-8, at the ends of each length") {
         {units({0xD800, 0xDC00}), "\xF0\x90\x80\x80"},
         {units({0xD800, 0xDFFF}), "\xF0\x90\x8F\xBF"},
         {units({0xDBFF, 0xDFFF}), "\xF4\x8F\xBF\xBF"},
-        {units({0xDBFF, 0xDC00, 'a'}), "\xF4\x8F\xB0\x80"
-                                       "a"},
+        {units({0xDBFF, 0xDC00, 'a'}),
+         "\xF4\x8F\xB0\x80"
+         "a"},
         // Halves of pairs.
         {units({0xD800}), "\xEF\xBF\xBD"},
-        {units({0xDC00, 'a'}), "\xEF\xBF\xBD"
-                               "a"},
+        {units({0xDC00, 'a'}),
+         "\xEF\xBF\xBD"
+         "a"},
         {units({0xDFFF, 0xDC00}), "\xEF\xBF\xBD\xEF\xBF\xBD"},
         {units({0xD800, 0xDBFF, 0xE000}), "\xEF\xBF\xBD\xEF\xBF\xBD\xEE\x80\x80"},
         {units({0xD800, 0xE000}), "\xEF\xBF\xBD\xEE\x80\x80"},

@@ -117,8 +117,11 @@ TEST_CASE("nothing is a type's zero, its empty text or no object") {
     for (VARTYPE nothing : {VT_EMPTY, VT_NULL, VT_ERROR}) {
         CAPTURE(nothing);
         Operation operation;
-        operation.takes(VT_I4).takes(VT_BSTR).takes(VT_DISPATCH).takes(VT_UNKNOWN).takes(
-            operation.pointerTo(Operation::plain(VT_UI1), VT_SAFEARRAY));
+        operation.takes(VT_I4)
+            .takes(VT_BSTR)
+            .takes(VT_DISPATCH)
+            .takes(VT_UNKNOWN)
+            .takes(operation.pointerTo(Operation::plain(VT_UI1), VT_SAFEARRAY));
         const VARIANT given = of(nothing, 0x77777777u);
         Call call(operation, {given, given, given, given, given});
         CHECK(call.argument(0).vt == VT_I4);
@@ -198,9 +201,17 @@ TEST_CASE("a result goes into the caller's variable in its own type, and nowhere
         size_t size;
         double value;  // 65 as it stands there, read as a number
     };
-    const Row rows[] = {{VT_UI1, 1, 65}, {VT_I2, 2, 65},   {VT_BOOL, 2, -1}, {VT_I4, 4, 65},
-                        {VT_UI4, 4, 65}, {VT_INT, 4, 65},  {VT_UINT, 4, 65}, {VT_R4, 4, 65},
-                        {VT_R8, 8, 65},  {VT_DATE, 8, 65}, {VT_VARIANT, sizeof(VARIANT), 65}};
+    const Row rows[] = {{VT_UI1, 1, 65},
+                        {VT_I2, 2, 65},
+                        {VT_BOOL, 2, -1},
+                        {VT_I4, 4, 65},
+                        {VT_UI4, 4, 65},
+                        {VT_INT, 4, 65},
+                        {VT_UINT, 4, 65},
+                        {VT_R4, 4, 65},
+                        {VT_R8, 8, 65},
+                        {VT_DATE, 8, 65},
+                        {VT_VARIANT, sizeof(VARIANT), 65}};
     for (const Row& row : rows) {
         CAPTURE(row.type);
         Operation operation;

@@ -181,8 +181,8 @@ TEST_CASE_FIXTURE(Controls, "a list is told what to select, how many rows come, 
     list.select(40);
     CHECK(hasGot(LVM_ENSUREVISIBLE, 40, FALSE));
     CHECK(list.selected() == 40);
-    CHECK(win32::send(list.window(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1),
-                      MAKELPARAM(LVNI_FOCUSED, 0)) == 40);
+    CHECK(win32::send(list.window(), LVM_GETNEXTITEM, static_cast<WPARAM>(-1), MAKELPARAM(LVNI_FOCUSED, 0)) ==
+          40);
     list.setImages(reinterpret_cast<HIMAGELIST>(0x77));
     CHECK(hasGot(LVM_SETIMAGELIST, LVSIL_SMALL, 0x77));
     list.setImages(nullptr);
@@ -255,7 +255,8 @@ TEST_CASE_FIXTURE(Controls, "a filter sees each message first and may keep it, a
     win32::setWindowErrorSink(nullptr);
 }
 
-TEST_CASE_FIXTURE(Controls, "releases of keys come with the modifiers held, those of the mouse by themselves") {
+TEST_CASE_FIXTURE(Controls,
+                  "releases of keys come with the modifiers held, those of the mouse by themselves") {
     const ReplacedImport call("GetKeyState", &keyState);
     std::vector<std::pair<UINT, unsigned>> keys;
     int clicks = 0;
@@ -281,7 +282,8 @@ TEST_CASE_FIXTURE(Controls, "releases of keys come with the modifiers held, thos
     CHECK_FALSE(hasGot(WM_SYSCHAR, VK_RETURN, 0));
     CHECK(hasGot(WM_SYSCHAR, VK_SPACE, 0));
     CHECK(hasGot(WM_CHAR, VK_RETURN, 0));
-    for (UINT message : {WM_RBUTTONUP, WM_MOUSEMOVE, WM_LBUTTONUP}) ::SendMessageW(tabs.window(), message, 0, 0);
+    for (UINT message : {WM_RBUTTONUP, WM_MOUSEMOVE, WM_LBUTTONUP})
+        ::SendMessageW(tabs.window(), message, 0, 0);
     CHECK(clicks == 1);
 }
 
@@ -350,7 +352,10 @@ TEST_CASE_FIXTURE(Controls, "a loop runs until the end is asked for, without wha
     got.clear();
     ::PostMessageW(list.window(), WM_KEYDOWN, 'A', 0);
     win32::runMessageLoopWhile(
-        [] { return std::none_of(got.begin(), got.end(), [](const Message& m) { return m.message == WM_CHAR; }); },
+        [] {
+            return std::none_of(got.begin(), got.end(),
+                                [](const Message& m) { return m.message == WM_CHAR; });
+        },
         &passAll);
 }
 

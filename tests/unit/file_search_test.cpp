@@ -243,7 +243,8 @@ TEST_CASE("moments are told in seconds from 1970 on") {
     for (const auto& [time, seconds] : rows) CHECK(win32::unixTime(time) == seconds);
 }
 
-TEST_CASE_FIXTURE(TempFolder, "a folder holds a normal file where one is neither hidden, system nor a folder") {
+TEST_CASE_FIXTURE(TempFolder,
+                  "a folder holds a normal file where one is neither hidden, system nor a folder") {
     const std::wstring folder = path() + L'\\';
     CHECK_FALSE(win32::holdsNormalFile(folder));
     REQUIRE(::CreateDirectoryW(file(L"b").c_str(), nullptr));

@@ -222,7 +222,8 @@ TEST_CASE_FIXTURE(TempFolder, "two who append to a file write one behind the oth
     CHECK(raises(ERROR_WRITE_PROTECT, file(L"log"), [&] { one.write("abc"); }));
 }
 
-TEST_CASE_FIXTURE(TempFolder, "a replacement is written at any place, and takes the file's place at its end") {
+TEST_CASE_FIXTURE(TempFolder,
+                  "a replacement is written at any place, and takes the file's place at its end") {
     write(file(L"a"), "old");
     {
         win32::FileReplacement replacement(file(L"a"));
@@ -281,7 +282,8 @@ TEST_CASE_FIXTURE(TempFolder, "a replacement on a full disk is an error, and wha
 }
 
 TEST_CASE_FIXTURE(TempFolder, "a replacement takes a name that is free, after a hundred it gives up") {
-    const ReplacedImport wideCall("GetFileAttributesW", &attributesOfName<wchar_t>, Real<wchar_t>::attributes);
+    const ReplacedImport wideCall("GetFileAttributesW", &attributesOfName<wchar_t>,
+                                  Real<wchar_t>::attributes);
     const ReplacedImport ansiCall("GetFileAttributesA", &attributesOfName<char>, Real<char>::attributes);
     for (DWORD taken : {ERROR_SUCCESS, ERROR_ACCESS_DENIED}) {
         answer = taken;

@@ -57,10 +57,10 @@ TEST_CASE_FIXTURE(Names, "only a whole reference is read as one, from Vista on")
                                 .bytes);
     CHECK(shown(1) == L"one");
     CHECK(shown(65535) == L"last");
-    for (const std::wstring& text : {L"@" + file, L"@" + file + L",-", L"@" + file + L",1", file + L",-1",
-                                     L"@" + file + L",-1x", L"@" + file + L",-/", L"@" + file + L",-1:",
-                                     raw(65536), raw(65537), L"@" + file + L",-4294967297",
-                                     std::wstring(), std::wstring(L"@"), std::wstring(L",-1")})
+    for (const std::wstring& text :
+         {L"@" + file, L"@" + file + L",-", L"@" + file + L",1", file + L",-1", L"@" + file + L",-1x",
+          L"@" + file + L",-/", L"@" + file + L",-1:", raw(65536), raw(65537), L"@" + file + L",-4294967297",
+          std::wstring(), std::wstring(L"@"), std::wstring(L",-1")})
         CHECK(win32::displayedText(text) == text);
     CHECK(win32::displayedText(L"@" + file + L",-01") == L"one");
     CHECK(win32::displayedText(L"@" + file + L",-2,-1") == L"@" + file + L",-2,-1");

@@ -149,13 +149,9 @@ TEST_CASE_FIXTURE(Painting, "the smallest picture that is not smaller than the w
         ::GetObjectW(win32::loadBitmap(RESOURCE_HELP_PICTURE + i).get(), sizeof told, &told);
         widths.push_back(told.bmWidth);
     }
-    const std::pair<int, int> rows[] = {{1, 0},
-                                        {widths[0], 0},
-                                        {widths[0] + 1, 1},
-                                        {widths[1], 1},
-                                        {widths[1] + 1, 2},
-                                        {widths[2], 2},
-                                        {widths[2] + 9, 2}};
+    const std::pair<int, int> rows[] = {
+        {1, 0},         {widths[0], 0},    {widths[0] + 1, 1}, {widths[1], 1}, {widths[1] + 1, 2},
+        {widths[2], 2}, {widths[2] + 9, 2}};
     for (const auto& [size, picture] : rows) {
         const Canvas canvas(size);
         paint(canvas);

@@ -123,10 +123,12 @@ const SYSTEMTIME moment = {2026, 2, 6, 28, 5, 9, 30, 250};
 }  // namespace
 
 TEST_CASE("folders and files are told whole, whatever room they take") {
-    const ReplacedImport calls[] = {
-        {"GetSystemDirectoryW", &systemDirectory<wchar_t>}, {"GetSystemDirectoryA", &systemDirectory<char>},
-        {"GetTempPathW", &tempPath<wchar_t>},               {"GetTempPathA", &tempPath<char>},
-        {"GetModuleFileNameW", &moduleFileName<wchar_t>},   {"GetModuleFileNameA", &moduleFileName<char>}};
+    const ReplacedImport calls[] = {{"GetSystemDirectoryW", &systemDirectory<wchar_t>},
+                                    {"GetSystemDirectoryA", &systemDirectory<char>},
+                                    {"GetTempPathW", &tempPath<wchar_t>},
+                                    {"GetTempPathA", &tempPath<char>},
+                                    {"GetModuleFileNameW", &moduleFileName<wchar_t>},
+                                    {"GetModuleFileNameA", &moduleFileName<char>}};
     for (size_t length : {0, 7, 259, 260, 261, 1000, 70000}) {
         CAPTURE(length);
         pathLength = length;

@@ -75,8 +75,8 @@ template <class Char>
 HWND WINAPI createWindow(DWORD extendedStyle, const Char* name, const Char* text, DWORD style, int x, int y,
                          int width, int height, HWND parent, HMENU menu, HINSTANCE instance,
                          void* parameter) {
-    made = {extendedStyle, style, wide(name), wide(text), {x, y, width, height}, parent, menu,
-            instance,      parameter};
+    made = {extendedStyle, style, wide(name), wide(text), {x, y, width, height},
+            parent,        menu,  instance,   parameter};
     return Real<Char>::createWindow(extendedStyle, name, text, style, x, y, width, height, parent, menu,
                                     instance, parameter);
 }
