@@ -276,7 +276,8 @@ BOOL WINAPI tell(HCRYPTHASH hash, DWORD what, BYTE* bytes, DWORD* size, DWORD fl
 
 }  // namespace
 
-TEST_CASE_FIXTURE(TempFolder, "a file that is half replaced gets its old contents back, with the error told") {
+TEST_CASE_FIXTURE(TempFolder,
+                  "a file that is half replaced gets its old contents back, with the error told") {
     if (!isWide()) return;  // Windows 9x has neither function
     write(file(L"a"), "old");
     const auto replace = [&] { win32::replaceFile(file(L"a"), "new"); };
@@ -300,7 +301,8 @@ TEST_CASE_FIXTURE(TempFolder, "a file that is half replaced gets its old content
     CHECK(count() == 1);
 }
 
-TEST_CASE_FIXTURE(TempFolder, "a new file that cannot be moved in is an error, one that came between is replaced") {
+TEST_CASE_FIXTURE(TempFolder,
+                  "a new file that cannot be moved in is an error, one that came between is replaced") {
     if (!isWide()) return;
     {
         const ReplacedLookUp<MoveFileEx> call(&refuseMoving);
@@ -437,9 +439,8 @@ TEST_CASE_FIXTURE(TempFolder, "each function is looked up by its name in its lib
         "CryptAcquireContextA", "CryptReleaseContext", "CryptCreateHash",          "CryptHashData",
         "CryptGetHashParam",    "CryptDestroyHash",    "GetFinalPathNameByHandleW"};
     const char end = isWide() ? 'W' : 'A';
-    for (const char* text :
-         {"GetFileVersionInfoSize", "GetFileVersionInfo", "VerQueryValue", "GetLongPathName",
-          "GetSystemWindowsDirectory"})
+    for (const char* text : {"GetFileVersionInfoSize", "GetFileVersionInfo", "VerQueryValue",
+                             "GetLongPathName", "GetSystemWindowsDirectory"})
         names.push_back(std::string(text) + end);
     if (isWide()) names.insert(names.end(), {"ReplaceFileW", "MoveFileExW"});
     if (win32::isRedirected())
