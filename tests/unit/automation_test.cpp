@@ -17,21 +17,24 @@ using win32::BString;
 using win32::ComPtr;
 using win32::Variant;
 
-// Pages that this process works in, in KiB.
-size_t workingMemory() {
-    MEMORYSTATUSEX memory = {};
-    memory.dwLength = sizeof memory;
-    REQUIRE(::GlobalMemoryStatusEx(&memory));
-    return static_cast<size_t>((memory.ullTotalVirtual - memory.ullAvailVirtual) / 1024);
+// The memory of its own that this process has, in KiB.
+size_t ownMemory() {
+    MEMORY_BASIC_INFORMATION region = {};
+    size_t bytes = 0;
+    for (const char* at = nullptr; ::VirtualQuery(at, &region, sizeof region);
+         at = static_cast<const char*>(region.BaseAddress) + region.RegionSize) {
+        if (region.State == MEM_COMMIT && region.Type == MEM_PRIVATE) bytes += region.RegionSize;
+    }
+    return bytes / 1024;
 }
 
 // Whether 60 steps, each with a text of a megabyte, leave most of these texts behind.
 template <class Step>
 bool leavesTexts(Step step) {
     const std::wstring text(1 << 19, L'x');
-    const size_t before = workingMemory();
+    const size_t before = ownMemory();
     for (int i = 0; i < 60; ++i) step(text);
-    return workingMemory() > before + 30 * 1024;
+    return ownMemory() > before + 30 * 1024;
 }
 
 VARIANT variantOf(VARTYPE type, double value) {

@@ -332,31 +332,38 @@ TEST_CASE_FIXTURE(Controls, "a loop runs until the end is asked for, without wha
     CHECK_FALSE(hasGot(WM_APP + 2, 1, 2));
     win32::runPendingMessages();
     CHECK(hasGot(WM_APP + 2, 1, 2));
+}
 
+TEST_CASE_FIXTURE(Controls, "an end that is asked for inside another loop ends the outer one") {
+    const Limit limit;
     ::PostQuitMessage(43);
     win32::runMessageLoopWhile([] { return true; }, &passAll);
     CHECK(win32::runMessageLoop(&passAll) == 43);
     ::PostQuitMessage(44);
     win32::runPendingMessages();
     CHECK(win32::runMessageLoop(&passAll) == 44);
-    // A key pressed becomes a character on its way.
-    got.clear();
-    ::PostMessageW(list.window(), WM_KEYDOWN, 'A', 0);
+}
+
+TEST_CASE_FIXTURE(Controls, "in each loop a key that is pressed becomes a character on its way") {
+    const Limit limit;
+    note(list.window());
+    const auto isCharacter = [] {
+        return std::any_of(got.begin(), got.end(), [](const Message& m) { return m.message == WM_CHAR; });
+    };
+    const auto press = [&] {
+        got.clear();
+        ::PostMessageW(list.window(), WM_KEYDOWN, 'A', 0);
+    };
+    press();
     ::PostQuitMessage(0);
     win32::runMessageLoop(&passAll);
-    CHECK(std::any_of(got.begin(), got.end(), [](const Message& m) { return m.message == WM_CHAR; }));
-    got.clear();
-    ::PostMessageW(list.window(), WM_KEYDOWN, 'A', 0);
+    CHECK(isCharacter());
+    press();
     win32::runPendingMessages();
-    CHECK(std::any_of(got.begin(), got.end(), [](const Message& m) { return m.message == WM_CHAR; }));
-    got.clear();
-    ::PostMessageW(list.window(), WM_KEYDOWN, 'A', 0);
-    win32::runMessageLoopWhile(
-        [] {
-            return std::none_of(got.begin(), got.end(),
-                                [](const Message& m) { return m.message == WM_CHAR; });
-        },
-        &passAll);
+    CHECK(isCharacter());
+    press();
+    win32::runMessageLoopWhile([&] { return !isCharacter(); }, &passAll);
+    CHECK(isCharacter());
 }
 
 TEST_CASE("menus are made from their rows: commands, separators, menus below") {
