@@ -28,13 +28,13 @@ size_t ownMemory() {
     return bytes / 1024;
 }
 
-// Whether 60 steps, each with a text of a megabyte, leave most of these texts behind.
+// Whether 16 steps, each with a text of half a megabyte, leave most of these texts behind.
 template <class Step>
 bool leavesTexts(Step step) {
-    const std::wstring text(1 << 19, L'x');
+    const std::wstring text(1 << 18, L'x');
     const size_t before = ownMemory();
-    for (int i = 0; i < 60; ++i) step(text);
-    return ownMemory() > before + 30 * 1024;
+    for (int i = 0; i < 16; ++i) step(text);
+    return ownMemory() > before + 4 * 1024;
 }
 
 VARIANT variantOf(VARTYPE type, double value) {

@@ -3,6 +3,7 @@
 
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <vector>
 
 #include "resources/resource_ids.h"
@@ -99,12 +100,17 @@ struct Painting {
     }
 };
 
-// Where the next drawing object gets its place: what is left behind moves it on.
-int nextPlace() {
-    HBRUSH brush = ::CreateSolidBrush(RGB(1, 2, 3));
-    const int place = LOWORD(reinterpret_cast<ULONG_PTR>(brush));
-    ::DeleteObject(brush);
-    return place;
+// How many drawing objects there are: by how far their table reaches when all its gaps are filled.
+size_t drawingObjects() {
+    const size_t many = 500;
+    std::vector<HBRUSH> brushes;
+    size_t furthest = 0;
+    for (size_t i = 0; i < many; ++i) {
+        brushes.push_back(::CreateSolidBrush(static_cast<COLORREF>(i)));
+        furthest = std::max<size_t>(furthest, LOWORD(reinterpret_cast<ULONG_PTR>(brushes.back())));
+    }
+    for (HBRUSH brush : brushes) ::DeleteObject(brush);
+    return furthest;
 }
 
 }  // namespace
@@ -163,13 +169,17 @@ TEST_CASE_FIXTURE(Painting, "the smallest picture that is not smaller than the w
 TEST_CASE_FIXTURE(Painting, "painting leaves no drawing object behind") {
     const Canvas canvas(64);
     paint(canvas);
-    const int before = nextPlace();
+    const size_t before = drawingObjects();
     for (int i = 0; i < 5; ++i) paint(canvas);
-    CHECK(nextPlace() == before);
-    for (int dpi : {96, 144}) win32::loadImages(RESOURCE_STATE_IMAGES, 16, RGB(192, 192, 192), dpi);
-    const int beforeImages = nextPlace();
-    for (int i = 0; i < 5; ++i) win32::loadImages(RESOURCE_STATE_IMAGES, 16, RGB(192, 192, 192), 144);
-    CHECK(nextPlace() == beforeImages);
+    CHECK(drawingObjects() == before);
+}
+
+TEST_CASE("pictures of rows leave no drawing object behind") {
+    const auto load = [](int dpi) { win32::loadImages(RESOURCE_STATE_IMAGES, 16, RGB(192, 192, 192), dpi); };
+    for (int dpi : {96, 144}) load(dpi);
+    const size_t before = drawingObjects();
+    for (int i = 0; i < 5; ++i) load(144);
+    CHECK(drawingObjects() == before);
 }
 
 TEST_CASE_FIXTURE(Painting, "a double-click does what it is to do, and nothing where it is to do nothing") {

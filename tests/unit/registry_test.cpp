@@ -200,7 +200,10 @@ TEST_CASE_FIXTURE(Keys, "values are listed, read, written and deleted by their e
     // A large value under a long name takes both kinds of room.
     const std::wstring longName(600, L'n');
     CHECK(key.set(longName, REG_BINARY, std::string(5000, 'd')) == ERROR_SUCCESS);
-    CHECK(key.valueAt(2, name, value) == ERROR_SUCCESS);
+    names.clear();
+    CHECK(win32::valueNames(key, names) == ERROR_SUCCESS);
+    const auto place = std::find(names.begin(), names.end(), longName) - names.begin();
+    CHECK(key.valueAt(static_cast<DWORD>(place), name, value) == ERROR_SUCCESS);
     CHECK(name == longName);
     CHECK(value.data.size() == 5000);
 }
