@@ -98,7 +98,7 @@ void CALLBACK endLoop(HWND, UINT, UINT_PTR, DWORD) {
     ::PostQuitMessage(99);
 }
 struct Limit {
-    UINT_PTR timer = ::SetTimer(nullptr, 0, 5000, &endLoop);
+    UINT_PTR timer = ::SetTimer(nullptr, 0, 20000, &endLoop);
     ~Limit() {
         ::KillTimer(nullptr, timer);
         MSG message;
