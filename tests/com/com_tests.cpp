@@ -54,6 +54,39 @@ bool isRegistered(const wchar_t* progId) {
     return true;
 }
 
+// A string below HKEY_CLASSES_ROOT as it is stored, with its terminator.
+std::wstring stored(const std::wstring& path, const wchar_t* name = L"") {
+    HKEY opened = nullptr;
+    if (::RegOpenKeyExW(HKEY_CLASSES_ROOT, path.c_str(), 0, KEY_READ, &opened)) return L"no key " + path;
+    win32::OwnedKey key(opened);
+    wchar_t text[300] = L"";
+    DWORD type = 0, size = sizeof text;
+    if (::RegQueryValueExW(opened, name, nullptr, &type, reinterpret_cast<BYTE*>(text), &size) ||
+        type != REG_SZ || size == 0 || text[size / 2 - 1])
+        return L"no string in " + path;
+    return text;
+}
+
+std::wstring guidText(REFGUID guid) {
+    wchar_t text[40] = L"";
+    ::StringFromGUID2(guid, text, 40);
+    return text;
+}
+
+// What a class of a library is registered with; the file is the library's.
+void checkRegistered(const NamedClass& c, const wchar_t* dll, REFGUID library) {
+    const std::wstring file = win32::moduleFolder(nullptr) + L'\\' + dll, name = c.progId,
+                       key = L"CLSID\\" + guidText(*c.clsid);
+    const bool isSame = stored(key) == name && stored(key + L"\\InprocServer32") == file &&
+                        stored(key + L"\\InprocServer32", L"ThreadingModel") == L"Apartment" &&
+                        stored(key + L"\\ProgID") == name &&
+                        stored(key + L"\\TypeLib") == guidText(library) && stored(name) == name &&
+                        stored(name + L"\\CLSID") == guidText(*c.clsid) &&
+                        stored(L"TypeLib\\" + guidText(library) + L"\\2.1\\0\\" +
+                               (sizeof(void*) == 8 ? L"win64" : L"win32")) == file;
+    CHECK(isSame);
+}
+
 using DllFunction = HRESULT(WINAPI*)();
 
 DllFunction exported(HMODULE module, const char* name) {
@@ -187,7 +220,12 @@ TEST_CASE("registering names every class, unregistering leaves no trace") {
         REQUIRE(exported(module.get(), "DllRegisterServer")() == S_OK);
         REQUIRE(exported(module.get(), "DllRegisterServer")() == S_OK);
     }
-    for (const NamedClass& c : classes) CHECK(isRegistered(c.progId));
+    for (const NamedClass& c : classes) {
+        CHECK(isRegistered(c.progId));
+        const bool isPlugin = *c.clsid == CLSID_CCustom2;
+        checkRegistered(c, isPlugin ? L"QLNCustom.dll" : L"Helmkit.dll",
+                        isPlugin ? LIBID_QLNCustom : LIBID_Helmkit);
+    }
     bool isChanged = classesSnapshot() != before;
     CHECK(isChanged);
     for (const wchar_t* name : {L"Helmkit.dll", L"QLNCustom.dll"}) {

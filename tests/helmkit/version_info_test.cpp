@@ -4,6 +4,7 @@
 #include "tests/support/objects.h"
 #include "tests/support/temp_folder.h"
 #include "win32/base/utf16_bytes.h"
+#include "win32/files/file_version.h"
 #include "win32/files/version_resource.h"
 #include "win32/system/system.h"
 
@@ -158,6 +159,21 @@ TEST_CASE_FIXTURE(Versions, "a file without extension does not borrow the string
     CHECK_FALSE(win32::VersionResource(folder.file(L"gone\\..\\other")).string(name));
     ::CopyFileW(path.c_str(), folder.file(L"other").c_str(), FALSE);
     CHECK(win32::VersionResource(folder.file(L"other")).string(name) == L"Library");
+}
+
+TEST_CASE_FIXTURE(Versions, "a file's version is that of a whole record with its mark") {
+    VS_FIXEDFILEINFO fixed = {};
+    fixed.dwSignature = VS_FFI_SIGNATURE;
+    fixed.dwFileVersionMS = 0x00050001;
+    fixed.dwFileVersionLS = 0x0A28FFFF;
+    const auto versionWith = [&](WORD size) {
+        give(node(L"VS_VERSION_INFO", 0, {reinterpret_cast<char*>(&fixed), size}, size, {}));
+        return win32::fileVersion(path);
+    };
+    CHECK(versionWith(sizeof fixed) == L"5.1.2600.65535");
+    CHECK(versionWith(sizeof fixed - 1).empty());
+    fixed.dwSignature = VS_FFI_SIGNATURE + 1;
+    CHECK(versionWith(sizeof fixed).empty());
 }
 
 TEST_CASE_FIXTURE(Versions, "blocks that are cut short or overlong do no harm") {

@@ -46,6 +46,27 @@ TEST_CASE("string tables are listed, wherever their part stands") {
     CHECK(win32::stringTableKeys("").empty());
 }
 
+TEST_CASE("a key has up to 64 characters, and the longest table ends where the block does") {
+    for (const auto& [length, isTaken] : {std::pair(64, true), {65, false}}) {
+        const std::wstring key(length, L'k');
+        const std::string whole = block(node(L"STRINGFILEINFO", "", node(key, "", "")));
+        CHECK((win32::stringTableKeys(whole) == (isTaken ? Keys{key} : Keys{})));
+        CHECK(win32::stringTableKeys(whole.substr(0, whole.size() - 1)).empty());
+    }
+}
+
+TEST_CASE("a part that ends three bytes before the end of the block is the last one") {
+    for (size_t cut : {1, 2, 3}) {
+        // Neither the table's end nor the block's is a multiple of four.
+        std::string table = node(L"040904b0", "", ""), whole = block(node(L"StringFileInfo", "", table));
+        for (size_t level : {size_t{0}, whole.size() - table.size() - 36, whole.size() - table.size()})
+            whole[level] = static_cast<char>(whole[level] + 4 - cut);
+        whole += std::string(4 - cut, '\0');
+        CHECK((win32::stringTableKeys(whole) == Keys{L"040904b0"}));
+        CHECK((win32::stringTableKeys(std::string_view(whole.c_str(), whole.size())) == Keys{L"040904b0"}));
+    }
+}
+
 TEST_CASE("any cut and any changed byte of a block is survived") {
     std::string whole = block(translation + node(L"StringFileInfo", "", two));
     for (size_t size = 0; size <= whole.size(); ++size) {
@@ -74,6 +95,7 @@ TEST_CASE("translations are pairs of 16-bit numbers") {
     CHECK(pairs[0].codePage == 1200);
     CHECK(pairs[1].language == 0x0407);
     CHECK(pairs[1].codePage == 1252);
+    CHECK(win32::translationsOf("\x09\x04\xb0\x04"s).size() == 1);
     CHECK(win32::translationsOf("").empty());
 }
 

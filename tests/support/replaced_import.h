@@ -16,7 +16,7 @@ class ReplacedImport {
     ReplacedImport(const char* name, Function* replacement)
         : place_(placeOf(name)), original_(place_ ? *place_ : nullptr) {
         REQUIRE_MESSAGE(place_, "not imported: " << name);
-        set(reinterpret_cast<void*>(replacement));
+        put(place_, reinterpret_cast<void*>(replacement));
     }
     // Gives the function itself away, for a replacement that goes on to it.
     template <class Function>
@@ -25,12 +25,12 @@ class ReplacedImport {
         original = reinterpret_cast<Function*>(original_);
     }
     ~ReplacedImport() {
-        if (place_) set(original_);
+        if (place_) put(place_, original_);
     }
     ReplacedImport(const ReplacedImport&) = delete;
     ReplacedImport& operator=(const ReplacedImport&) = delete;
 
-  private:
+    // Where the import stands, null for none; and something else in its place, for good.
     static void** placeOf(const char* name) {
         auto* image = reinterpret_cast<char*>(::GetModuleHandleW(nullptr));
         auto* dos = reinterpret_cast<IMAGE_DOS_HEADER*>(image);
@@ -48,13 +48,14 @@ class ReplacedImport {
         }
         return nullptr;
     }
-    void set(void* function) {
+    static void put(void** place, void* function) {
         DWORD before = 0;
-        ::VirtualProtect(place_, sizeof *place_, PAGE_READWRITE, &before);
-        *place_ = function;
-        ::VirtualProtect(place_, sizeof *place_, before, &before);
+        ::VirtualProtect(place, sizeof *place, PAGE_READWRITE, &before);
+        *place = function;
+        ::VirtualProtect(place, sizeof *place, before, &before);
     }
 
+  private:
     void** place_;
     void* original_;
 };

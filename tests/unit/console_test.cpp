@@ -1,6 +1,9 @@
 // The streams of a console program, and what it tells of where it runs.
 #include <doctest/doctest.h>
 
+#include <optional>
+#include <vector>
+
 #include "tests/support/replaced_import.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/text.h"
@@ -66,6 +69,25 @@ BOOL WINAPI setHandler(BOOL(WINAPI* given)(DWORD), BOOL adds) {
     return TRUE;
 }
 
+// The writing ends while it is waited for.
+std::optional<win32::NoInterruption> lasting;
+std::vector<DWORD> waits;
+void WINAPI sleepOnce(DWORD milliseconds) {
+    waits.push_back(milliseconds);
+    if (waits.size() == 3) lasting.reset();
+}
+
+HANDLE asked = nullptr;
+DWORD fileKind = FILE_TYPE_CHAR;
+DWORD WINAPI kindOf(HANDLE stream) {
+    asked = stream;
+    return fileKind;
+}
+BOOL hasMode = TRUE;
+BOOL WINAPI modeOf(HANDLE stream, DWORD*) {
+    return hasMode && stream == asked;
+}
+
 template <class Call>
 long numberOf(Call call) {
     try {
@@ -129,6 +151,26 @@ TEST_CASE("a request to end waits while something is written, and is asked of th
     }
     CHECK_FALSE(isSet);
     CHECK_FALSE(handler(CTRL_C_EVENT));
+    const ReplacedImport sleep("Sleep", &sleepOnce);
+    waits.clear();
+    lasting.emplace();
+    CHECK_FALSE(handler(CTRL_C_EVENT));
+    CHECK((waits == std::vector<DWORD>{10, 10, 10}));
+}
+
+TEST_CASE("a stream is a console when it is a character device that has a mode") {
+    const ReplacedImport kind("GetFileType", &kindOf), mode("GetConsoleMode", &modeOf);
+    for (Stream stream : {Stream::output, Stream::error}) {
+        fileKind = FILE_TYPE_CHAR;
+        hasMode = TRUE;
+        CHECK(win32::isConsole(stream));
+        CHECK(asked == ::GetStdHandle(stream == Stream::output ? STD_OUTPUT_HANDLE : STD_ERROR_HANDLE));
+        hasMode = FALSE;
+        CHECK_FALSE(win32::isConsole(stream));
+        hasMode = TRUE;
+        fileKind = FILE_TYPE_PIPE;
+        CHECK_FALSE(win32::isConsole(stream));
+    }
 }
 
 TEST_CASE("computer, user and command line are those of Windows") {

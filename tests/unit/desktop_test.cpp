@@ -1,6 +1,8 @@
 // What the real desktop asks of Windows, field by field.
 #include <doctest/doctest.h>
 
+#include <vector>
+
 #include "files/file_properties.h"
 #include "tests/support/replaced_import.h"
 #include "tests/support/text.h"
@@ -72,6 +74,15 @@ template <class Char>
 int WINAPI messageBox(HWND owner, const Char* text, const Char* title, UINT style) {
     given = {owner, wide(text), wide(title), {}, {}, style};
     return IDCANCEL;
+}
+
+POINT menuPlace;
+std::vector<UINT_PTR> menuGiven;
+BOOL WINAPI trackMenu(HMENU menu, UINT flags, int x, int y, int reserved, HWND owner, const RECT* place) {
+    menuPlace = {x, y};
+    menuGiven = {reinterpret_cast<UINT_PTR>(menu), flags, UINT_PTR(reserved),
+                 reinterpret_cast<UINT_PTR>(owner), reinterpret_cast<UINT_PTR>(place)};
+    return 42;
 }
 
 HWND owner() {
@@ -158,6 +169,16 @@ TEST_CASE("a message box has its owner, text, title and style, and gives back th
     CHECK(given.first == L"text");
     CHECK(given.second == L"title");
     CHECK(given.number == 49);
+}
+
+TEST_CASE("a pop-up menu stands where it is asked to, and gives back the command") {
+    const ReplacedImport call("TrackPopupMenu", &trackMenu);
+    const auto menu = reinterpret_cast<HMENU>(0x1234);
+    CHECK(win32::desktop().popUpMenu(menu, {30, 40}, owner()) == 42);
+    CHECK(menuPlace.x == 30);
+    CHECK(menuPlace.y == 40);
+    CHECK((menuGiven == std::vector<UINT_PTR>{0x1234, TPM_RETURNCMD | TPM_RIGHTBUTTON, 0,
+                                              reinterpret_cast<UINT_PTR>(owner()), 0}));
 }
 
 TEST_CASE("time, version and cursor are those of Windows") {

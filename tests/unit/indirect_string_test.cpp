@@ -51,6 +51,27 @@ TEST_CASE_FIXTURE(Names, "a name is read from the file, where it has one") {
     CHECK(shown() == raw());
 }
 
+TEST_CASE_FIXTURE(Names, "only a whole reference is read as one, from Vista on") {
+    TempFolder::write(file, ProgramImage({{1, 0x0409, blockBytes({L"", L"one"})},
+                                          {4096, 0x0409, blockBytes(std::vector<std::wstring>(16, L"last"))}})
+                                .bytes);
+    CHECK(shown(1) == L"one");
+    CHECK(shown(65535) == L"last");
+    for (const std::wstring& text :
+         {L"@" + file, L"@" + file + L",-", L"@" + file + L",1", file + L",-1", L"@" + file + L",-1x",
+          L"@" + file + L",-/", L"@" + file + L",-1:", raw(65536), raw(65537), L"@" + file + L",-4294967297",
+          std::wstring(), std::wstring(L"@"), std::wstring(L",-1")})
+        CHECK(win32::displayedText(text) == text);
+    CHECK(win32::displayedText(L"@" + file + L",-01") == L"one");
+    CHECK(win32::displayedText(L"@" + file + L",-2,-1") == L"@" + file + L",-2,-1");
+    for (const auto& [version, isRead] : {std::pair(0x0005, false), {0x0006, true}, {0x0106, true}}) {
+        desktop.windowsVersion = version;
+        CHECK((shown(1) == L"one") == isRead);
+    }
+    desktop.windowsVersion = 0x80000006;
+    CHECK(shown(1) == raw(1));
+}
+
 TEST_CASE_FIXTURE(Names, "a file is named with references to the environment, or bare in the system folder") {
     give(blockBytes({L"", L"", L"", L"", fourth}));
     win32::setEnvironmentVariable(L"QuillonNames", folder.path());

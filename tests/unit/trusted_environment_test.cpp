@@ -53,6 +53,15 @@ TEST_CASE_FIXTURE(
     CHECK(value(L"CommonProgramFiles") == L"");
 }
 
+TEST_CASE_FIXTURE(Planted, "the first of two values is the one that counts, as far as its first NUL") {
+    store(L"ProgramFilesDir", std::wstring(L"D:\\Programs\0x", 13));
+    store(L"ProgramW6432Dir", L"D:\\Other");
+    store(L"CommonW6432Dir", L"D:\\Common");
+    win32::setTrustedEnvironment();
+    CHECK(value(L"ProgramFiles") == L"D:\\Programs");
+    CHECK(value(L"CommonProgramFiles") == L"D:\\Common");
+}
+
 TEST_CASE_FIXTURE(Planted, "a stored reference to a variable is not followed") {
     store(L"ProgramFilesDir", L"%ProgramW6432%", REG_EXPAND_SZ);
     registry.setNumber(HKEY_LOCAL_MACHINE, currentVersion, L"CommonFilesDir", 5);

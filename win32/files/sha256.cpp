@@ -34,9 +34,8 @@ struct CryptoApi {
     decltype(&::CryptDestroyHash) destroyHash =
         systemProcedure<decltype(&::CryptDestroyHash)>(L"advapi32.dll", "CryptDestroyHash");
 
-    bool isComplete() const {
-        return acquireContext && releaseContext && createHash && hashData && getHashParam && destroyHash;
-    }
+    // They came all at once, with NT 4 and the second release of Windows 95.
+    explicit operator bool() const { return acquireContext != nullptr; }
 };
 
 const CryptoApi& api() {
@@ -47,8 +46,8 @@ const CryptoApi& api() {
 class Hash {
   public:
     Hash() {
-        if (!api().isComplete()) return;
-        if (!api().acquireContext(&provider_, nullptr, nullptr, rsaAndAes, verifyContext)) provider_ = 0;
+        if (!api() || !api().acquireContext(&provider_, nullptr, nullptr, rsaAndAes, verifyContext))
+            provider_ = 0;
         if (provider_ && !api().createHash(provider_, sha256, 0, 0, &hash_)) hash_ = 0;
     }
     ~Hash() {

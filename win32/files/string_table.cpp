@@ -35,10 +35,9 @@ class ProgramFile {
 
     std::string bytesAt(uint64_t address, size_t count) const {
         for (const Section& section : sections_) {
-            if (address < section.address || address - section.address > section.size) continue;
-            const uint64_t within = address - section.address;
-            if (count > section.size - within) continue;
-            return exactly(section.offset + within, count);
+            const uint64_t end = uint64_t{section.address} + section.size;
+            if (address >= section.address && address + count <= end)
+                return exactly(section.offset + (address - section.address), count);
         }
         return {};
     }
@@ -52,10 +51,10 @@ class ProgramFile {
     void readHeaders() {
         const size_t dosHeader = 64, fileHeader = 24;
         const std::string dos = exactly(0, dosHeader);
-        if (dos.empty() || dos.compare(0, 2, "MZ") != 0) return;
+        if (dos.compare(0, 2, "MZ") != 0) return;
         const uint64_t at = numberAt(dos, 0x3C);
         const std::string file = exactly(at, fileHeader);
-        if (file.empty() || file.compare(0, 4, std::string_view("PE\0\0", 4)) != 0) return;
+        if (file.compare(0, 4, std::string_view("PE\0\0", 4)) != 0) return;
         const size_t optionalSize = unitAt(file, 20);
         readDirectory(exactly(at + fileHeader, optionalSize));
         readSections(at + fileHeader + optionalSize, unitAt(file, 6));
@@ -63,7 +62,7 @@ class ProgramFile {
 
     // The third of the directories is the resources'.
     void readDirectory(const std::string& optional) {
-        const bool is64Bit = optional.size() >= 2 && unitAt(optional, 0) == 0x20B;
+        const bool is64Bit = optional.compare(0, 2, "\x0B\x02") == 0;
         const size_t directories = is64Bit ? 112 : 96, entry = directories + size_t{2} * 8;
         if (optional.size() < entry + 8 || numberAt(optional, directories - 4) < 3) return;
         resources_ = numberAt(optional, entry);

@@ -12,6 +12,7 @@ namespace win32 {
 namespace {
 
 const size_t headerSize = 6;
+const size_t smallestNode = headerSize + 2;
 const size_t longestKey = 64;
 
 // Each table costs Windows a walk through the block. The largest files in many languages name some forty.
@@ -32,9 +33,9 @@ struct Node {
 
 // False when no whole node stands between `begin` and `limit`.
 bool readNode(std::string_view block, size_t begin, size_t limit, Node& node) {
-    if (begin > limit || limit - begin < headerSize) return false;
-    size_t length = unitAt(block, begin);
-    if (length < headerSize || length > limit - begin) return false;
+    if (begin + smallestNode > limit) return false;
+    const size_t length = unitAt(block, begin);
+    if (length < smallestNode || length > limit - begin) return false;
     node.end = begin + length;
     node.key.clear();
     size_t at = begin + headerSize;

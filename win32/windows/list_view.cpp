@@ -90,8 +90,7 @@ int ListView::count() const {
 
 std::wstring ListView::text(int row, int column) const {
     return withFlavour([&]<class F>(F f) {
-        const size_t longest = 1 << 24;
-        for (size_t size = 512; size <= longest; size *= 4) {
+        for (size_t size = 512;; size *= 4) {
             TextBuffer<F> buffer(size);
             typename F::ListViewItem record = {};
             record.iSubItem = column;
@@ -102,7 +101,6 @@ std::wstring ListView::text(int row, int column) const {
                               static_cast<WPARAM>(row), reinterpret_cast<LPARAM>(&record)));
             if (length + 1 < size) return buffer.text(length);
         }
-        raise(E_OUTOFMEMORY, L"The text of a row is too long");
     });
 }
 
