@@ -13,10 +13,7 @@ namespace {
 
 class Archive {
   public:
-    Archive(std::wstring path, KeptFailure& kept) : kept(kept), path_(std::move(path)) {
-        zip_error_init(&error);
-    }
-    ~Archive() { zip_error_fini(&error); }
+    Archive(std::wstring path, KeptFailure& kept) : kept(kept), path_(std::move(path)) {}
 
     zip_int64_t command(void* data, zip_uint64_t length, zip_source_cmd_t command) {
         switch (command) {
@@ -29,7 +26,7 @@ class Archive {
                 reader_.reset();
                 return 0;
             case ZIP_SOURCE_STAT:
-                return stat(data, length);
+                return stat(data);
             case ZIP_SOURCE_SEEK:
                 return seek(data, length);
             case ZIP_SOURCE_TELL:
@@ -37,24 +34,17 @@ class Archive {
             case ZIP_SOURCE_ACCEPT_EMPTY:
                 return 1;
             case ZIP_SOURCE_SUPPORTS:
-                return supported();
+                return ZIP_SOURCE_SUPPORTS_WRITABLE |
+                       ZIP_SOURCE_MAKE_COMMAND_BITMASK(ZIP_SOURCE_ACCEPT_EMPTY);
             default:
                 return commandWriting(data, length, command);
         }
     }
 
     KeptFailure& kept;
-    zip_error_t error;
+    ZipError error;
 
   private:
-    static zip_int64_t supported() {
-        return zip_source_make_command_bitmap(
-            ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR,
-            ZIP_SOURCE_FREE, ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL, ZIP_SOURCE_SUPPORTS, ZIP_SOURCE_ACCEPT_EMPTY,
-            ZIP_SOURCE_BEGIN_WRITE, ZIP_SOURCE_COMMIT_WRITE, ZIP_SOURCE_ROLLBACK_WRITE, ZIP_SOURCE_WRITE,
-            ZIP_SOURCE_SEEK_WRITE, ZIP_SOURCE_TELL_WRITE, ZIP_SOURCE_REMOVE, -1);
-    }
-
     zip_int64_t commandWriting(void* data, zip_uint64_t length, zip_source_cmd_t command) {
         win32::NoFileRedirection off;
         switch (command) {
@@ -67,7 +57,7 @@ class Archive {
             case ZIP_SOURCE_TELL_WRITE:
                 return static_cast<zip_int64_t>(writer_->position());
             case ZIP_SOURCE_SEEK_WRITE:
-                return seekWriting(data, length);
+                return seekWriting(*static_cast<zip_source_args_seek_t*>(data));
             case ZIP_SOURCE_COMMIT_WRITE:
                 writer_->commit();
                 [[fallthrough]];
@@ -87,13 +77,13 @@ class Archive {
     }
 
     // An archive that is not there must answer exactly so: libzip then makes a new one.
-    zip_int64_t stat(void* data, zip_uint64_t length) {
+    zip_int64_t stat(void* data) {
         if (!win32::fileExists(path_)) return fail(ZIP_ER_READ, ENOENT);
         zip_stat_t record;
         zip_stat_init(&record);
         record.size = reader_ ? reader_->size() : win32::FileReader(path_).size();
         record.valid = ZIP_STAT_SIZE;
-        return giveRecord(record, data, length, error);
+        return giveRecord(record, data);
     }
 
     zip_int64_t read(void* data, zip_uint64_t length) {
@@ -115,11 +105,9 @@ class Archive {
     }
 
     // libzip names places by what TELL_WRITE has told it, and comes back to the end so.
-    zip_int64_t seekWriting(void* data, zip_uint64_t length) {
-        const auto* where = ZIP_SOURCE_GET_ARGS(zip_source_args_seek_t, data, length, &error);
-        if (!where) return -1;
-        if (where->whence != SEEK_SET || where->offset < 0) return fail(ZIP_ER_INVAL);
-        writer_->seekTo(static_cast<uint64_t>(where->offset));
+    zip_int64_t seekWriting(const zip_source_args_seek_t& where) {
+        if (where.whence != SEEK_SET || where.offset < 0) return fail(ZIP_ER_INVAL);
+        writer_->seekTo(static_cast<uint64_t>(where.offset));
         return 0;
     }
 

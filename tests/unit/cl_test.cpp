@@ -277,6 +277,21 @@ TEST_CASE_FIXTURE(Sender, "the wait ends as soon as the answer is complete, and 
     CHECK(window.messages == 1);
 }
 
+TEST_CASE_FIXTURE(Sender, "the logger is kept until the sender goes") {
+    const auto writer = win32::create<ILogWriter>(CLSID_LogWriter, IID_ILogWriter);
+    const auto references = [&] {
+        writer->AddRef();
+        return writer->Release();
+    };
+    const ULONG before = references();
+    {
+        support::cl other(L"http://endpoint.example/", surroundings);
+        CHECK(other.Do1(helmkit::Logger(writer.get()), L"c", nullptr, reason));
+        CHECK(references() == before + 1);
+    }
+    CHECK(references() == before);
+}
+
 TEST_CASE_FIXTURE(Sender, "without the companion library nothing is thrown, and an empty request is sent") {
     parameters = {};
     classes.revoke();
