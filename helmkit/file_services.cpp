@@ -13,7 +13,6 @@ namespace {
 // Byte n is the character U+00nn; what is no byte goes through the code page.
 std::string bytesOfText(std::wstring_view text) {
     std::string bytes;
-    bytes.reserve(text.size());
     for (size_t i = 0; i < text.size(); ++i) {
         if (text[i] < 0x100) {
             bytes += static_cast<char>(text[i]);
@@ -47,9 +46,7 @@ class ByteArray {
     explicit ByteArray(size_t size) : array_(::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(size))) {
         if (!array_) win32::raise(E_OUTOFMEMORY, L"Out of memory");
     }
-    ~ByteArray() {
-        if (array_) ::SafeArrayDestroy(array_);
-    }
+    ~ByteArray() { ::SafeArrayDestroy(array_); }
     ByteArray(const ByteArray&) = delete;
     ByteArray& operator=(const ByteArray&) = delete;
     void* data() { return array_->pvData; }

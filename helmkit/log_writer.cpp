@@ -64,7 +64,7 @@ STDMETHODIMP LogWriter::OpenLogs(BSTR fullLogPath, BSTR shortLogPath) {
 
 const std::string& LogWriter::now() {
     const DWORD tick = win32::desktop().tickCount();
-    if (time_.empty() || tick != tick_) time_ = timeText(timeOf(win32::desktop().localTime()));
+    if (tick != tick_) time_ = timeText(timeOf(win32::desktop().localTime()));
     tick_ = tick;
     return time_;
 }

@@ -30,6 +30,9 @@ struct Files {
         SAFEARRAY* bytes = nullptr;
         REQUIRE(services->ReadFileBytes(bs(path).get(), &bytes) == S_OK);
         REQUIRE(bytes);
+        CHECK(::SafeArrayGetDim(bytes) == 1);
+        CHECK(::SafeArrayGetElemsize(bytes) == 1);
+        CHECK(bytes->rgsabound[0].lLbound == 0);
         ULONG count = bytes->rgsabound[0].cElements;
         ::SafeArrayDestroy(bytes);
         return count;
@@ -44,6 +47,29 @@ BOOL WINAPI moveFile(const char* from, const char* to) {
     if (++moves != refusedMove) return realMove(from, to);
     ::SetLastError(ERROR_SHARING_VIOLATION);
     return FALSE;
+}
+
+// A file that is shorter than it was said to be: so many bytes are read, and then none.
+DWORD readable = 0;
+BOOL(WINAPI* realRead)(HANDLE, void*, DWORD, DWORD*, OVERLAPPED*);
+BOOL WINAPI readFile(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED* overlapped) {
+    const BOOL done = realRead(file, bytes, count < readable ? count : readable, read, overlapped);
+    readable -= *read;
+    return done;
+}
+
+// The longest of what is written at once.
+DWORD longestWrite = 0;
+BOOL(WINAPI* realWrite)(HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*);
+BOOL WINAPI writeFile(HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped) {
+    longestWrite = count > longestWrite ? count : longestWrite;
+    return realWrite(file, bytes, count, written, overlapped);
+}
+
+// As where the ANSI code page is UTF-8, which takes a pair of surrogates for one character.
+int(WINAPI* realToBytes)(UINT, DWORD, const wchar_t*, int, char*, int, const char*, BOOL*);
+int WINAPI toBytes(UINT, DWORD, const wchar_t* text, int length, char* bytes, int room, const char*, BOOL*) {
+    return realToBytes(CP_UTF8, 0, text, length, bytes, room, nullptr, nullptr);
 }
 
 std::string allBytes() {
@@ -69,6 +95,67 @@ TEST_CASE_FIXTURE(Files, "characters that are no bytes go through the code page"
     std::wstring path = folder.file(L"euro.txt");
     CHECK(write(path, L"a\u20AC\u0416\u00E4z") == S_OK);
     CHECK(TempFolder::read(path) == "a" + win32::toAnsi(L"\u20AC\u0416") + "\xE4z");
+}
+
+TEST_CASE_FIXTURE(Files,
+                  "where the code page is UTF-8, pairs stay together wherever a piece of the text ends") {
+    const ReplacedImport utf8("WideCharToMultiByte", &toBytes, realToBytes);
+    const std::wstring path = folder.file(L"pairs.txt"), pair = L"\xD83D\xDE00";
+    const std::string character = "\xF0\x9F\x98\x80";
+    const struct {
+        std::wstring text;
+        std::string bytes;
+    } rows[] = {{L"\u0100", "\xC4\x80"},
+                {L"\u00FF\u0100\u00FF", "\xFF\xC4\x80\xFF"},
+                {L"a" + pair + L"z", "a" + character + "z"},
+                {pair + pair, character + character},
+                {L"\xE9" + pair + L"\u20AC\xE9" + pair, "\xE9" + character + "\xE2\x82\xAC\xE9" + character}};
+    for (const auto& row : rows) {
+        CHECK(write(path, row.text) == S_OK);
+        CHECK(TempFolder::read(path) == row.bytes);
+    }
+    const size_t piece = 1 << 16;
+    for (size_t before : {piece - 2, piece - 1, piece}) {
+        const std::string begin(before, 'a'), end(piece, 'b');
+        CHECK(write(path, std::wstring(before, L'a') + pair + std::wstring(piece, L'b')) == S_OK);
+        const bool isSame = TempFolder::read(path) == begin + character + end;
+        CHECK(isSame);
+        // Half a pair at the very end is written all the same.
+        CHECK(write(path, std::wstring(before, L'a') + L"\xD83D") == S_OK);
+        CHECK(TempFolder::read(path).size() == before + 3);
+    }
+}
+
+TEST_CASE_FIXTURE(Files, "no more than 64 KiB are written at once") {
+    const ReplacedImport counted("WriteFile", &writeFile, realWrite);
+    longestWrite = 0;
+    CHECK(write(folder.file(L"long.txt"), std::wstring(1 << 18, L'x')) == S_OK);
+    CHECK(longestWrite == 1 << 16);
+}
+
+TEST_CASE_FIXTURE(
+    Files, "of a file that is cut while it is read the text is what was there, and there are no bytes") {
+    const std::wstring path = folder.file(L"cut");
+    TempFolder::write(path, "0123456789");
+    const ReplacedImport cut("ReadFile", &readFile, realRead);
+    for (DWORD left : {0, 4, 9, 10}) {
+        readable = left;
+        CHECK(read(path) == std::wstring(L"0123456789").substr(0, left));
+        readable = left;
+        CHECK(byteCount(path) == (left == 10 ? 10 : 0));
+    }
+}
+
+TEST_CASE_FIXTURE(Files, "a file of 1 GiB is no text") {
+    const std::wstring path = folder.file(L"sparse");
+    {
+        win32::OwnedFile file(
+            ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+        REQUIRE(::SetFilePointer(file.get(), 0x40000000, nullptr, FILE_BEGIN) == 0x40000000);
+        REQUIRE(::SetEndOfFile(file.get()));
+    }
+    win32::BString text;
+    CHECK(services->ReadTextFile(bs(path).get(), text.out()) == HRESULT_FROM_WIN32(ERROR_FILE_TOO_LARGE));
 }
 
 TEST_CASE_FIXTURE(Files, "writing replaces a file completely and leaves nothing beside it") {
