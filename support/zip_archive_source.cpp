@@ -24,7 +24,7 @@ class Archive {
                 return read(data, length);
             case ZIP_SOURCE_CLOSE:
                 reader_.reset();
-                return 0;
+                return done;
             case ZIP_SOURCE_STAT:
                 return stat(data);
             case ZIP_SOURCE_SEEK:
@@ -50,7 +50,7 @@ class Archive {
         switch (command) {
             case ZIP_SOURCE_BEGIN_WRITE:
                 writer_.emplace(path_);
-                return 0;
+                return done;
             case ZIP_SOURCE_WRITE:
                 writer_->write(data, static_cast<size_t>(length));
                 return length;
@@ -63,7 +63,7 @@ class Archive {
                 [[fallthrough]];
             case ZIP_SOURCE_ROLLBACK_WRITE:
                 writer_.reset();
-                return 0;
+                return done;
             case ZIP_SOURCE_REMOVE:
                 return remove();
             default:
@@ -73,14 +73,13 @@ class Archive {
 
     zip_int64_t fail(int code, int systemCode = 0) {
         zip_error_set(&error, code, systemCode);
-        return -1;
+        return failed;
     }
 
     // An archive that is not there must answer exactly so: libzip then makes a new one.
     zip_int64_t stat(void* data) {
         if (!win32::fileExists(path_)) return fail(ZIP_ER_READ, ENOENT);
-        zip_stat_t record;
-        zip_stat_init(&record);
+        zip_stat_t record{};
         record.size = reader_ ? reader_->size() : win32::FileReader(path_).size();
         record.valid = ZIP_STAT_SIZE;
         return giveRecord(record, data);
@@ -95,31 +94,31 @@ class Archive {
     zip_int64_t seekTo(zip_int64_t offset) {
         offset_ = static_cast<uint64_t>(offset);
         reader_->skipTo(offset_);
-        return 0;
+        return done;
     }
 
     zip_int64_t seek(void* data, zip_uint64_t length) {
         const zip_int64_t offset =
             zip_source_seek_compute_offset(offset_, reader_->size(), data, length, &error);
-        return offset < 0 ? -1 : seekTo(offset);
+        return offset < 0 ? failed : seekTo(offset);
     }
 
     // libzip names places by what TELL_WRITE has told it, and comes back to the end so.
     zip_int64_t seekWriting(const zip_source_args_seek_t& where) {
         if (where.whence != SEEK_SET || where.offset < 0) return fail(ZIP_ER_INVAL);
         writer_->seekTo(static_cast<uint64_t>(where.offset));
-        return 0;
+        return done;
     }
 
     zip_int64_t remove() {
         reader_.reset();
         win32::removeFile(path_);
-        return 0;
+        return done;
     }
 
     std::wstring path_;
     std::optional<win32::FileReader> reader_;
-    uint64_t offset_ = 0;
+    uint64_t offset_{};
     std::optional<win32::FileReplacement> writer_;
 };
 

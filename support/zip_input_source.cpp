@@ -24,19 +24,19 @@ class Input {
             case ZIP_SOURCE_OPEN:
                 run_.emplace(path_, reading_.lineEnds);
                 tell(0);
-                return 0;
+                return done;
             case ZIP_SOURCE_READ:
                 return read(static_cast<char*>(data), static_cast<size_t>(length));
             case ZIP_SOURCE_CLOSE:
                 run_.reset();
-                return 0;
+                return done;
             case ZIP_SOURCE_STAT:
                 return stat(data);
             case ZIP_SOURCE_SUPPORTS:
                 return ZIP_SOURCE_SUPPORTS_READABLE;
             default:
                 zip_error_set(&error, ZIP_ER_OPNOTSUPP, 0);
-                return -1;
+                return failed;
         }
     }
 
@@ -61,8 +61,7 @@ class Input {
     // in the form for more than 4 GiB, which older readers do not understand.
     zip_int64_t stat(void* data) {
         if (!storedSize_) storedSize_ = converts() ? convertedSize() : win32::FileReader(path_).size();
-        zip_stat_t record;
-        zip_stat_init(&record);
+        zip_stat_t record{};
         record.size = *storedSize_;
         record.mtime = modified_;
         record.valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
@@ -95,8 +94,8 @@ class Input {
 
     zip_int64_t readPlain(char* data, size_t length) {
         const size_t got = run_->reader.read(data, length);
-        const uint64_t done = run_->readBytes += got, whole = run_->reader.size();
-        tell(got == 0 || done >= whole ? 100 : static_cast<int>(done / (whole / 100 + 1)));
+        const uint64_t soFar = run_->readBytes += got, whole = run_->reader.size();
+        tell(got == 0 || soFar >= whole ? 100 : static_cast<int>(soFar / (whole / 100 + 1)));
         return static_cast<zip_int64_t>(got);
     }
 

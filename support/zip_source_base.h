@@ -8,6 +8,9 @@
 
 namespace support {
 
+// What a command answers; libzip looks only whether it is negative.
+const zip_int64_t done = 0, failed = -1;
+
 // `State` has `zip_int64_t command(void*, zip_uint64_t, zip_source_cmd_t)`, which may throw, and the members
 // `KeptFailure& kept` and `ZipError error`. The source owns it.
 template <class State>
@@ -24,7 +27,7 @@ struct SourceOf {
         State* state = static_cast<State*>(object);
         if (command == ZIP_SOURCE_FREE) {
             delete state;
-            return 0;
+            return done;
         }
         if (command == ZIP_SOURCE_ERROR) return zip_error_to_data(&state->error, data, length);
         try {
@@ -34,7 +37,7 @@ struct SourceOf {
         }
         // libzip wants a number of its own; the exception that is kept says more.
         zip_error_set(&state->error, ZIP_ER_INTERNAL, EIO);
-        return -1;
+        return failed;
     }
 };
 

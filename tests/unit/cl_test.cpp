@@ -249,6 +249,23 @@ TEST_CASE_FIXTURE(Sender, "an unreadable state is waited out, and no success") {
     CHECK(reason == L"untouched");
 }
 
+TEST_CASE_FIXTURE(Sender, "a state that can be read no longer counts as none") {
+    struct : ScriptedSurroundings {
+        using ScriptedSurroundings::ScriptedSurroundings;
+        std::set<std::wstring>* failing = nullptr;
+        void sleep(DWORD milliseconds) override {
+            *failing = {L"readyState"};
+            ScriptedSurroundings::sleep(milliseconds);
+        }
+    } later{request, desktop};
+    later.failing = &request.failing;
+    request.readyStates = {1};
+    support::cl other(L"http://endpoint.example/", later);
+    CHECK_FALSE(other.Do1(log.logger(), L"c", nullptr, reason));
+    CHECK(reason == L"untouched");
+    CHECK_FALSE(called(L"abort"));
+}
+
 TEST_CASE_FIXTURE(Sender,
                   "the wait ends with the twentieth second of the clock, in steps of 5 milliseconds") {
     struct Row {

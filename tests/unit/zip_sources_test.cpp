@@ -229,6 +229,9 @@ TEST_CASE_FIXTURE(Sources, "an archive is read from any place") {
     CHECK(zip_source_tell(source.get()) == 10);
     REQUIRE(zip_source_seek(source.get(), -3, SEEK_CUR) == 0);
     CHECK(rest(source, 3) == "789");
+    REQUIRE(zip_source_seek(source.get(), 0, SEEK_SET) == 0);
+    CHECK(zip_source_tell(source.get()) == 0);
+    CHECK(rest(source, 3) == "0123456789");
     REQUIRE(zip_source_seek(source.get(), -1, SEEK_END) == 0);
     CHECK(rest(source, 3) == "9");
     CHECK(zip_source_seek(source.get(), -1, SEEK_SET) == -1);

@@ -7,6 +7,7 @@
 #include "tests/support/handmade_zip.h"
 #include "tests/support/replaced_import.h"
 #include "tests/support/zipper.h"
+#include "win32/base/flavour.h"
 #include "win32/base/handle.h"
 #include "win32/base/text.h"
 
@@ -255,6 +256,35 @@ TEST_CASE_FIXTURE(Updater, "the volume's label is stored once, as an empty entry
         CHECK(entry("My Disk").size == 0);
         volume = L"MY DISK";
     }
+    TempFolder::write(archive, handmadeZip({{"my disk", ""}}));
+    CHECK(failure() == 0);
+    CHECK(names() == Names{"my disk", "a.txt"});
+}
+
+TEST_CASE_FIXTURE(Updater,
+                  "a list that means folders alone leaves nothing to be stored, and the archive as it is") {
+    TempFolder::write(archive, handmadeZip({{"kept", "kept"}}));
+    const std::string before = TempFolder::read(archive);
+    list({makeFolder(L"sub")});
+    for (bool append : {false, true}) {
+        zip.AllowAppend = append;
+        try {
+            zip.Zip();
+            FAIL_CHECK("nothing was thrown");
+        } catch (const win32::Error& error) {
+            CHECK(error.number == win32Failure(ERROR_FILE_NOT_FOUND));
+            CHECK(error.description == L"No file was found to be stored in " + archive);
+        }
+        CHECK(TempFolder::read(archive) == before);
+    }
+}
+
+TEST_CASE_FIXTURE(Updater, "the first character beyond ASCII is one") {
+    if (win32::flavour() == win32::Flavour::ansi) return;  // the code page lacks it
+    list({file(L"\x7F"), file(L"\x80")});
+    zip.Zip();
+    CHECK(entry("\x7F").system == 0);
+    CHECK(entry("\xC2\x80").system == 3);
 }
 
 TEST_CASE_FIXTURE(Updater, "only what is written is encrypted, with a password that can be typed") {
@@ -386,7 +416,9 @@ TEST_CASE_FIXTURE(Updater, "deleting means whole names, bare ones where there ar
         list({L"*"});
         zip.Delete();
         CHECK(folder.count() == 0);
-        CHECK(deletionFailure().first == win32Failure(ERROR_FILE_NOT_FOUND));
+        const auto [number, description] = deletionFailure();
+        CHECK(number == win32Failure(ERROR_FILE_NOT_FOUND));
+        CHECK(description.find(archive) == 0);
     }
 }
 
