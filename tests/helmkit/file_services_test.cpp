@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 
+#include "tests/support/helmkit_classes.h"
 #include "tests/support/memory_shortage.h"
 #include "tests/support/objects.h"
 #include "tests/support/replaced_import.h"
@@ -70,6 +71,36 @@ BOOL WINAPI writeFile(HANDLE file, const void* bytes, DWORD count, DWORD* writte
 int(WINAPI* realToBytes)(UINT, DWORD, const wchar_t*, int, char*, int, const char*, BOOL*);
 int WINAPI toBytes(UINT, DWORD, const wchar_t* text, int length, char* bytes, int room, const char*, BOOL*) {
     return realToBytes(CP_UTF8, 0, text, length, bytes, room, nullptr, nullptr);
+}
+
+// The arrays that there are, and the most that one was asked to hold.
+int arrays = 0;
+ULONG mostAsked = 0;
+SAFEARRAY*(WINAPI* realCreate)(VARTYPE, LONG, ULONG);
+SAFEARRAY* WINAPI createArray(VARTYPE type, LONG first, ULONG count) {
+    mostAsked = count > mostAsked ? count : mostAsked;
+    if (count > (1 << 20)) return nullptr;
+    ++arrays;
+    return realCreate(type, first, count);
+}
+HRESULT(WINAPI* realDestroy)(SAFEARRAY*);
+HRESULT WINAPI destroyArray(SAFEARRAY* array) {
+    if (array) --arrays;
+    return realDestroy(array);
+}
+
+// No memory for a text whose characters are written later.
+BSTR(WINAPI* realAllocate)(const wchar_t*, UINT);
+BSTR WINAPI allocate(const wchar_t* text, UINT length) {
+    return text ? realAllocate(text, length) : nullptr;
+}
+
+void makeSparse(const std::wstring& path, DWORD size) {
+    const win32::OwnedFile file(
+        ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    LONG high = 0;
+    ::SetFilePointer(file.get(), static_cast<LONG>(size), &high, FILE_BEGIN);
+    REQUIRE(::SetEndOfFile(file.get()));
 }
 
 std::string allBytes() {
@@ -148,14 +179,34 @@ TEST_CASE_FIXTURE(
 
 TEST_CASE_FIXTURE(Files, "a file of 1 GiB is no text") {
     const std::wstring path = folder.file(L"sparse");
-    {
-        win32::OwnedFile file(
-            ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-        REQUIRE(::SetFilePointer(file.get(), 0x40000000, nullptr, FILE_BEGIN) == 0x40000000);
-        REQUIRE(::SetEndOfFile(file.get()));
+    const win32::BString given(path);
+    const ReplacedImport scarce("SysAllocStringLen", &allocate, realAllocate);
+    for (const auto& [size, expected] :
+         {std::pair(0x3FFFFFFFu, E_OUTOFMEMORY), {0x40000000u, HRESULT_FROM_WIN32(ERROR_FILE_TOO_LARGE)}}) {
+        makeSparse(path, size);
+        BSTR text = nullptr;
+        CHECK(services->ReadTextFile(given.get(), &text) == expected);
     }
-    win32::BString text;
-    CHECK(services->ReadTextFile(bs(path).get(), text.out()) == HRESULT_FROM_WIN32(ERROR_FILE_TOO_LARGE));
+}
+
+TEST_CASE_FIXTURE(Files, "a file of 2 GiB is not even tried to be held, and no array is left behind") {
+    const HelmkitClasses classes;
+    const ReplacedImport create("SafeArrayCreateVector", &createArray, realCreate);
+    const ReplacedImport destroy("SafeArrayDestroy", &destroyArray, realDestroy);
+    const std::wstring path = folder.file(L"sparse");
+    for (const auto& [size, asked] : {std::pair(0x7FFFFFFFu, 0x7FFFFFFFu), {0x80000000u, 0u}}) {
+        makeSparse(path, size);
+        mostAsked = 0;
+        CHECK(byteCount(path) == 0);
+        CHECK(mostAsked == asked);
+    }
+    TempFolder::write(path, "0123456789");
+    helmkit::fileServices().ReadFileBytes(path);
+    CHECK(arrays == 0);
+    const ReplacedImport cut("ReadFile", &readFile, realRead);
+    readable = 4;
+    CHECK(byteCount(path) == 0);
+    CHECK(arrays == 0);
 }
 
 TEST_CASE_FIXTURE(Files, "writing replaces a file completely and leaves nothing beside it") {
@@ -271,18 +322,6 @@ TEST_CASE_FIXTURE(Files, "bytes of a file, none of what cannot be read") {
     win32::OwnedFile locked(
         ::CreateFileW(folder.file(L"five").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     CHECK(byteCount(folder.file(L"five")) == 0);
-}
-
-TEST_CASE_FIXTURE(Files, "a file over 2 GiB has no bytes") {
-    std::wstring path = folder.file(L"sparse");
-    {
-        win32::OwnedFile file(
-            ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-        LONG high = 0;
-        ::SetFilePointer(file.get(), static_cast<LONG>(0x80000000), &high, FILE_BEGIN);
-        REQUIRE(::SetEndOfFile(file.get()));
-    }
-    CHECK(byteCount(path) == 0);
 }
 
 TEST_CASE_FIXTURE(Files, "reading what is missing raises the Windows error with a description") {

@@ -36,6 +36,15 @@ BOOL WINAPI writeFile(HANDLE file, const void* bytes, DWORD count, DWORD* writte
     return FALSE;
 }
 
+// So many bytes can be read, and none after them.
+DWORD readable = 0;
+BOOL(WINAPI* realRead)(HANDLE, void*, DWORD, DWORD*, OVERLAPPED*);
+BOOL WINAPI readFile(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED* overlapped) {
+    const BOOL done = realRead(file, bytes, count < readable ? count : readable, read, overlapped);
+    readable -= *read;
+    return done;
+}
+
 void append(const std::wstring& path, const std::string& bytes) {
     const win32::OwnedFile file(::CreateFileW(path.c_str(), FILE_APPEND_DATA,
                                               FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
@@ -162,6 +171,17 @@ TEST_CASE_FIXTURE(Logs, "the short log is cut at a limit of its own, also by a w
     CHECK(cut.size() > (1 << 19) - 128);
     CHECK(cut.find("line " + std::to_string(lines) + ".") == cut.size() - 64);
     CHECK(TempFolder::read(full).size() == (1 << 20) + 64);
+}
+
+TEST_CASE_FIXTURE(Logs, "of a log that gets shorter while it is cut the lines that were read stay") {
+    TempFolder::write(brief, numberedLines((1 << 20) / 64 + 1));
+    {
+        const ReplacedImport shortened("ReadFile", &readFile, realRead);
+        readable = 128;
+        REQUIRE(open() == S_OK);
+    }
+    CHECK(TempFolder::read(brief).size() == 64);
+    CHECK(TempFolder::read(brief).substr(0, 5) == "line ");
 }
 
 TEST_CASE_FIXTURE(Logs, "a log over its limit is cut to its newest whole lines when it is opened") {

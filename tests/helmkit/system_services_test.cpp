@@ -204,7 +204,15 @@ TEST_CASE_FIXTURE(Services, "arguments without a text and arrays that are not wh
         lying.parray = decimals.parray;
         CHECK(refused(lying));
     }
+    Array bytes(VT_UI1, 2);
     VARIANT lying;
+    lying.parray = bytes.parray;
+    for (VARTYPE claimed : {VT_EMPTY, VT_NULL, VT_LPWSTR, VT_CLSID, VT_RECORD, VT_I2}) {
+        CAPTURE(claimed);
+        lying.vt = static_cast<VARTYPE>(VT_ARRAY | claimed);
+        win32::BString result;
+        CHECK(system->FormatMessage(bs(L"%1").get(), lying, result.out()) == DISP_E_TYPEMISMATCH);
+    }
     lying.parray = numbers.parray;
     for (VARTYPE claimed : {VT_BSTR, VT_DISPATCH, VT_UNKNOWN, VT_R8}) {
         CAPTURE(claimed);
