@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 #include "helmkit/client/shared_services.h"
 #include "win32/base/text.h"
@@ -26,8 +27,8 @@ win32::BString unicodeContents(ExportTexts texts) {
     };
     append(header);
     for (win32::BString& text : texts) {
-        append(win32::BString::view(text.get()));
-        text = win32::BString();
+        const win32::BString released = std::move(text);
+        append(win32::BString::view(released.get()));
     }
     return contents;
 }
@@ -35,8 +36,8 @@ win32::BString unicodeContents(ExportTexts texts) {
 win32::BString ansiContents(ExportTexts texts) {
     std::string bytes = "REGEDIT4\r\n";
     for (win32::BString& text : texts) {
-        bytes += win32::toAnsi(win32::BString::view(text.get()));
-        text = win32::BString();
+        const win32::BString released = std::move(text);
+        bytes += win32::toAnsi(win32::BString::view(released.get()));
     }
     win32::BString contents = win32::BString::ofLength(bytes.size());
     std::transform(bytes.begin(), bytes.end(), contents.get(),

@@ -1,5 +1,7 @@
 #include "helmkit/export_text.h"
 
+#include <algorithm>
+
 #include "helmkit/registry_text.h"
 #include "win32/base/hex.h"
 #include "win32/base/utf16_bytes.h"
@@ -23,6 +25,10 @@ void appendQuoted(std::wstring& text, size_t length, UnitAt unitAt) {
         text += unitAt(i);
     }
     text += L'"';
+}
+
+bool isNulOrLineEnd(wchar_t c) {
+    return c == L'\0' || c == L'\r' || c == L'\n';
 }
 
 bool endsLine(wchar_t c) {
@@ -49,8 +55,7 @@ bool isQuotable(std::string_view data) {
     if (data.size() < 2 || data.size() % 2) return false;
     const size_t last = data.size() / 2 - 1;
     for (size_t i = 0; i < last; ++i) {
-        const wchar_t unit = storedUnit(data, i);
-        if (unit == L'\0' || unit == L'\r' || unit == L'\n') return false;
+        if (isNulOrLineEnd(storedUnit(data, i))) return false;
     }
     return storedUnit(data, last) == L'\0';
 }
@@ -91,7 +96,7 @@ void appendBytes(std::wstring& text, size_t lineStart, std::string_view data) {
 }  // namespace
 
 bool canBeWritten(std::wstring_view name) {
-    return name.find_first_of(std::wstring_view(L"\0\r\n", 3)) == std::wstring_view::npos;
+    return std::none_of(name.begin(), name.end(), isNulOrLineEnd);
 }
 
 void appendKeyHeader(std::wstring& text, std::wstring_view key) {

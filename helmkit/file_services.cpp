@@ -12,16 +12,15 @@ namespace {
 
 // Byte n is the character U+00nn; what is no byte goes through the code page.
 std::string bytesOfText(std::wstring_view text) {
+    const auto isByte = [](wchar_t c) { return c < 0x100; };
     std::string bytes;
-    bytes.reserve(text.size());
-    for (size_t i = 0; i < text.size(); ++i) {
-        if (text[i] < 0x100) {
-            bytes += static_cast<char>(text[i]);
-            continue;
-        }
-        size_t begin = i;
-        while (i + 1 < text.size() && text[i + 1] >= 0x100) ++i;
-        bytes += win32::toAnsi(text.substr(begin, i + 1 - begin));
+    while (!text.empty()) {
+        const size_t others = std::find_if(text.begin(), text.end(), isByte) - text.begin();
+        bytes += win32::toAnsi(text.substr(0, others));
+        text.remove_prefix(others);
+        const size_t plain = std::find_if_not(text.begin(), text.end(), isByte) - text.begin();
+        bytes += win32::textAsBytes(text.substr(0, plain));
+        text.remove_prefix(plain);
     }
     return bytes;
 }
@@ -47,9 +46,7 @@ class ByteArray {
     explicit ByteArray(size_t size) : array_(::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(size))) {
         if (!array_) win32::raise(E_OUTOFMEMORY, L"Out of memory");
     }
-    ~ByteArray() {
-        if (array_) ::SafeArrayDestroy(array_);
-    }
+    ~ByteArray() { ::SafeArrayDestroy(array_); }
     ByteArray(const ByteArray&) = delete;
     ByteArray& operator=(const ByteArray&) = delete;
     void* data() { return array_->pvData; }
@@ -69,7 +66,7 @@ win32::BString readText(const std::wstring& path) {
     win32::BString text = win32::BString::ofLength(size);
     auto* bytes = reinterpret_cast<unsigned char*>(text.get()) + size;
     const size_t got = file.read(bytes, size);
-    for (size_t i = 0; i < got; ++i) text.get()[i] = bytes[i];
+    std::copy(bytes, bytes + got, text.get());
     if (got == size) return text;
     return win32::BString(win32::BString::view(text.get()).substr(0, got));
 }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <limits>
 
 #include "win32/base/utf8.h"
 
@@ -23,17 +24,12 @@ wchar_t printable(wchar_t c) {
 }
 
 void appendDigits(std::string& line, unsigned number, size_t width) {
-    char digits[10];
+    char digits[std::numeric_limits<unsigned>::digits10 + 1];
     char* first = std::end(digits);
     for (; number != 0 || first + width > std::end(digits); number /= 10) {
         *--first = static_cast<char>('0' + number % 10);
     }
     line.append(first, std::end(digits));
-}
-
-void appendNumber(std::string& line, int32_t number) {
-    if (number < 0) line += '-';
-    appendDigits(line, number < 0 ? 0u - static_cast<unsigned>(number) : static_cast<unsigned>(number), 1);
 }
 
 // How many UTF-16 units stand in whole characters of UTF-8.
@@ -56,10 +52,10 @@ bool isContinued(char byte) {
 void appendWithin(std::string& line, size_t room, std::wstring_view text) {
     const size_t begin = line.size(), roomOfNote = 32;
     // No unit takes less than a byte.
-    win32::appendUtf8(line, text.substr(0, room + 1), printable);
+    win32::appendUtf8(line, text.substr(0, room), printable);
     if (text.size() <= room && line.size() - begin <= room) return;
     size_t end = begin + room - roomOfNote;
-    while (end > begin && isContinued(line[end])) --end;
+    while (isContinued(line[end])) --end;
     line.resize(end);
     const size_t missing = text.size() - unitsIn(std::string_view(line).substr(begin));
     line += " [" + std::to_string(missing) + " more characters]";
@@ -85,17 +81,15 @@ std::string timeText(const LogTime& time) {
 
 std::string logLine(std::string_view time, int32_t code, std::wstring_view text, int32_t level,
                     std::wstring_view source) {
-    const size_t numbersAndEnds = 30, lineEnd = 2;
+    const size_t lineEnd = 2;
     std::string line;
-    line.reserve(time.size() + win32::utf8Room(std::min(source.size(), longestSource)) +
-                 win32::utf8Room(std::min(text.size(), longestLine)) + numbersAndEnds);
     line += time;
     line += '\t';
-    appendNumber(line, level);
+    line += std::to_string(level);
     line += '\t';
     appendWithin(line, longestSource, source);
     line += '\t';
-    appendNumber(line, code);
+    line += std::to_string(code);
     line += '\t';
     appendWithin(line, longestLine - line.size() - lineEnd, text);
     line += "\r\n";

@@ -16,7 +16,8 @@ const uint64_t shortLogLimit = 1 << 20;
 bool newestLines(const std::wstring& path, uint64_t limit, std::string& lines) {
     win32::FileReader file(path);
     if (file.size() <= limit) return false;
-    std::string tail(static_cast<size_t>(limit / 2), '\0');
+    std::string tail;
+    tail.resize(static_cast<size_t>(limit / 2));
     file.skipTo(file.size() - tail.size());
     tail.resize(file.read(tail.data(), tail.size()));
     lines = wholeLines(tail);
@@ -64,7 +65,7 @@ STDMETHODIMP LogWriter::OpenLogs(BSTR fullLogPath, BSTR shortLogPath) {
 
 const std::string& LogWriter::now() {
     const DWORD tick = win32::desktop().tickCount();
-    if (time_.empty() || tick != tick_) time_ = timeText(timeOf(win32::desktop().localTime()));
+    if (tick != tick_) time_ = timeText(timeOf(win32::desktop().localTime()));
     tick_ = tick;
     return time_;
 }

@@ -1,5 +1,8 @@
 #pragma once
 
+#include <optional>
+#include <string>
+
 #include "helmkit.h"
 #include "win32/com/com_server.h"
 #include "win32/files/files.h"
@@ -22,7 +25,7 @@ class LogWriter : public win32::AutomationObject<ILogWriter, &IID_ILogWriter> {
 
     win32::AppendFile full_, short_;
     std::string time_;
-    DWORD tick_ = 0;
+    std::optional<DWORD> tick_;  // of that time
 };
 
 }  // namespace helmkit::server

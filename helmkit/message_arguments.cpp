@@ -6,42 +6,60 @@ namespace helmkit {
 
 namespace {
 
-// What an array of a type is made of: the size of its elements and, for those that lead to something else,
-// the mark that the array bears.
-const struct ElementType {
-    VARTYPE type;
-    UINT size;
-    USHORT mark;
-} elementTypes[] = {
-    {VT_I1, 1, 0},
-    {VT_UI1, 1, 0},
-    {VT_I2, 2, 0},
-    {VT_UI2, 2, 0},
-    {VT_BOOL, 2, 0},
-    {VT_I4, 4, 0},
-    {VT_UI4, 4, 0},
-    {VT_INT, 4, 0},
-    {VT_UINT, 4, 0},
-    {VT_R4, 4, 0},
-    {VT_ERROR, 4, 0},
-    {VT_I8, 8, 0},
-    {VT_UI8, 8, 0},
-    {VT_R8, 8, 0},
-    {VT_CY, 8, 0},
-    {VT_DATE, 8, 0},
-    {VT_DECIMAL, sizeof(DECIMAL), 0},
-    {VT_BSTR, sizeof(BSTR), FADF_BSTR},
-    {VT_DISPATCH, sizeof(IDispatch*), FADF_DISPATCH},
-    {VT_UNKNOWN, sizeof(IUnknown*), FADF_UNKNOWN},
-    {VT_VARIANT, sizeof(VARIANT), FADF_VARIANT},
-};
+// The size of an element of a type, 0 for a type without a text.
+UINT sizeOfElement(VARTYPE type) {
+    switch (type) {
+        case VT_I1:
+        case VT_UI1:
+            return sizeof(BYTE);
+        case VT_I2:
+        case VT_UI2:
+        case VT_BOOL:
+            return sizeof(SHORT);
+        case VT_I4:
+        case VT_UI4:
+        case VT_INT:
+        case VT_UINT:
+        case VT_R4:
+        case VT_ERROR:
+            return sizeof(LONG);
+        case VT_I8:
+        case VT_UI8:
+        case VT_R8:
+        case VT_CY:
+        case VT_DATE:
+            return sizeof(LONGLONG);
+        case VT_DECIMAL:
+            return sizeof(DECIMAL);
+        case VT_BSTR:
+        case VT_DISPATCH:
+        case VT_UNKNOWN:
+            return sizeof(void*);
+        case VT_VARIANT:
+            return sizeof(VARIANT);
+    }
+    return 0;
+}
+
+// What an array bears whose elements lead to something else.
+USHORT markOf(VARTYPE type) {
+    switch (type) {
+        case VT_BSTR:
+            return FADF_BSTR;
+        case VT_DISPATCH:
+            return FADF_DISPATCH;
+        case VT_UNKNOWN:
+            return FADF_UNKNOWN;
+        case VT_VARIANT:
+            return FADF_VARIANT;
+    }
+    return 0;
+}
 
 void checkElements(SAFEARRAY* array, VARTYPE type) {
-    for (const ElementType& known : elementTypes) {
-        const bool isMarked = !known.mark || (array->fFeatures & known.mark);
-        if (known.type == type && known.size == ::SafeArrayGetElemsize(array) && isMarked) return;
-    }
-    win32::raise(DISP_E_TYPEMISMATCH, L"The arguments are of a type that has no text");
+    const USHORT mark = markOf(type);
+    if (sizeOfElement(type) != ::SafeArrayGetElemsize(array) || (array->fFeatures & mark) != mark)
+        win32::raise(DISP_E_TYPEMISMATCH, L"The arguments are of a type that has no text");
 }
 
 // Keeps the elements where they are: the text of an object is its own business.
@@ -69,7 +87,7 @@ std::vector<std::wstring> elementTexts(SAFEARRAY* array, VARTYPE type) {
     if (::SafeArrayGetDim(array) != 1) win32::raise(E_INVALIDARG, L"The arguments must be a list");
     checkElements(array, type);
     LockedArray locked(array);
-    LONG first = 0, last = -1;
+    LONG first, last;
     win32::check(::SafeArrayGetLBound(array, 1, &first));
     win32::check(::SafeArrayGetUBound(array, 1, &last));
     for (LONG i = first; i <= last; ++i) texts.push_back(elementText(array, type, i));

@@ -1,6 +1,7 @@
 #include "helmkit/system_services.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "helmkit/base64.h"
 #include "helmkit/format_message.h"
@@ -23,13 +24,12 @@ std::wstring uniqueId() {
     GUID id;
     win32::check(::CoCreateGuid(&id));
     wchar_t text[39];
-    ::StringFromGUID2(id, text, 39);
+    ::StringFromGUID2(id, text, std::size(text));
     return std::wstring(text + 1, 36);
 }
 
 std::string bytesHeldIn(std::wstring_view text) {
     std::string bytes;
-    bytes.reserve(text.size());
     for (wchar_t c : text) {
         if (c > 0xFF) win32::raise(E_INVALIDARG, L"The text holds a character that is no byte");
         bytes += static_cast<char>(c);
@@ -95,7 +95,9 @@ STDMETHODIMP SystemServices::GetTempFileName(BSTR prefix, BSTR* path) {
     return method([&] {
         win32::result(path);
         std::wstring begin = win32::BString::copy(prefix);
-        if (begin.find_first_of(std::wstring(L"\\/:*?\"<>|\0", 10)) != std::wstring::npos) {
+        // The NUL that ends the list is one of them.
+        const wchar_t inNoName[] = L"\\/:*?\"<>|";
+        if (begin.find_first_of(inNoName, 0, std::size(inNoName)) != std::wstring::npos) {
             win32::raise(E_INVALIDARG, L"The prefix holds a character that no file name has");
         }
         std::wstring id = uniqueId();

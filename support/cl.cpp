@@ -119,7 +119,7 @@ std::wstring cl::parameterElements(IRecord* parameters) {
     std::vector<win32::ComPtr<IField>> list;
     attempt([&] { list = parametersOf(parameters); });
     for (const auto& parameter : list) {
-        LONG count = 0;
+        LONG count{};
         attempt([&] { count = valueCount(parameter); });
         for (LONG i = 1; i <= count; ++i) {
             attempt([&] { body += element(nameOf(parameter), valueAt(parameter, i)); });
@@ -131,9 +131,6 @@ std::wstring cl::parameterElements(IRecord* parameters) {
 void cl::zip(const std::wstring& file, const std::wstring& archive) {
     cZip zip;
     zip.ZipFile = archive;
-    zip.StoreFolderNames = false;
-    zip.RecurseSubDirs = false;
-    zip.ClearFileSpecs();
     zip.AddFileSpec(file);
     zip.Zip();
 }
@@ -163,7 +160,7 @@ bool cl::send(IDispatch* request, const std::wstring& form) {
 // Gives the readyState that the request has reached.
 LONG cl::waitForAnswer(IDispatch* request) {
     const SecondsClock clock;
-    LONG state = 0;
+    LONG state{};
     const auto look = [&] {
         state = 0;
         attempt([&] { state = win32::numberProperty(request, L"readyState"); });
@@ -182,7 +179,7 @@ bool cl::judge(IDispatch* request, LONG readyState, std::wstring& reason) {
         reason = L"Cannot send. ";
         return false;
     }
-    LONG status = 0;
+    LONG status{};
     attempt([&] { status = win32::numberProperty(request, L"status"); });
     if (isAccepted(status)) return !hasFailed_;
     reason.clear();

@@ -4,7 +4,6 @@ namespace support {
 
 std::wstring encodeFormValue(const std::wstring& text) {
     std::wstring result;
-    result.reserve(text.size());
     for (wchar_t c : text) {
         switch (c) {
             case L'+':

@@ -29,7 +29,7 @@ std::wstring nameOf(const ComPtr<IField>& parameter) {
 }
 
 LONG valueCount(const ComPtr<IField>& parameter) {
-    LONG count = 0;
+    LONG count{};
     check(parameter->get_Count(&count));
     return count;
 }

@@ -13,10 +13,7 @@ namespace {
 
 class Archive {
   public:
-    Archive(std::wstring path, KeptFailure& kept) : kept(kept), path_(std::move(path)) {
-        zip_error_init(&error);
-    }
-    ~Archive() { zip_error_fini(&error); }
+    Archive(std::wstring path, KeptFailure& kept) : kept(kept), path_(std::move(path)) {}
 
     zip_int64_t command(void* data, zip_uint64_t length, zip_source_cmd_t command) {
         switch (command) {
@@ -27,9 +24,9 @@ class Archive {
                 return read(data, length);
             case ZIP_SOURCE_CLOSE:
                 reader_.reset();
-                return 0;
+                return done;
             case ZIP_SOURCE_STAT:
-                return stat(data, length);
+                return stat(data);
             case ZIP_SOURCE_SEEK:
                 return seek(data, length);
             case ZIP_SOURCE_TELL:
@@ -37,43 +34,36 @@ class Archive {
             case ZIP_SOURCE_ACCEPT_EMPTY:
                 return 1;
             case ZIP_SOURCE_SUPPORTS:
-                return supported();
+                return ZIP_SOURCE_SUPPORTS_WRITABLE |
+                       ZIP_SOURCE_MAKE_COMMAND_BITMASK(ZIP_SOURCE_ACCEPT_EMPTY);
             default:
                 return commandWriting(data, length, command);
         }
     }
 
     KeptFailure& kept;
-    zip_error_t error;
+    ZipError error;
 
   private:
-    static zip_int64_t supported() {
-        return zip_source_make_command_bitmap(
-            ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE, ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR,
-            ZIP_SOURCE_FREE, ZIP_SOURCE_SEEK, ZIP_SOURCE_TELL, ZIP_SOURCE_SUPPORTS, ZIP_SOURCE_ACCEPT_EMPTY,
-            ZIP_SOURCE_BEGIN_WRITE, ZIP_SOURCE_COMMIT_WRITE, ZIP_SOURCE_ROLLBACK_WRITE, ZIP_SOURCE_WRITE,
-            ZIP_SOURCE_SEEK_WRITE, ZIP_SOURCE_TELL_WRITE, ZIP_SOURCE_REMOVE, -1);
-    }
-
     zip_int64_t commandWriting(void* data, zip_uint64_t length, zip_source_cmd_t command) {
         win32::NoFileRedirection off;
         switch (command) {
             case ZIP_SOURCE_BEGIN_WRITE:
                 writer_.emplace(path_);
-                return 0;
+                return done;
             case ZIP_SOURCE_WRITE:
                 writer_->write(data, static_cast<size_t>(length));
                 return length;
             case ZIP_SOURCE_TELL_WRITE:
                 return static_cast<zip_int64_t>(writer_->position());
             case ZIP_SOURCE_SEEK_WRITE:
-                return seekWriting(data, length);
+                return seekWriting(*static_cast<zip_source_args_seek_t*>(data));
             case ZIP_SOURCE_COMMIT_WRITE:
                 writer_->commit();
                 [[fallthrough]];
             case ZIP_SOURCE_ROLLBACK_WRITE:
                 writer_.reset();
-                return 0;
+                return done;
             case ZIP_SOURCE_REMOVE:
                 return remove();
             default:
@@ -83,17 +73,16 @@ class Archive {
 
     zip_int64_t fail(int code, int systemCode = 0) {
         zip_error_set(&error, code, systemCode);
-        return -1;
+        return failed;
     }
 
     // An archive that is not there must answer exactly so: libzip then makes a new one.
-    zip_int64_t stat(void* data, zip_uint64_t length) {
+    zip_int64_t stat(void* data) {
         if (!win32::fileExists(path_)) return fail(ZIP_ER_READ, ENOENT);
-        zip_stat_t record;
-        zip_stat_init(&record);
+        zip_stat_t record{};
         record.size = reader_ ? reader_->size() : win32::FileReader(path_).size();
         record.valid = ZIP_STAT_SIZE;
-        return giveRecord(record, data, length, error);
+        return giveRecord(record, data);
     }
 
     zip_int64_t read(void* data, zip_uint64_t length) {
@@ -105,33 +94,31 @@ class Archive {
     zip_int64_t seekTo(zip_int64_t offset) {
         offset_ = static_cast<uint64_t>(offset);
         reader_->skipTo(offset_);
-        return 0;
+        return done;
     }
 
     zip_int64_t seek(void* data, zip_uint64_t length) {
         const zip_int64_t offset =
             zip_source_seek_compute_offset(offset_, reader_->size(), data, length, &error);
-        return offset < 0 ? -1 : seekTo(offset);
+        return offset < 0 ? failed : seekTo(offset);
     }
 
     // libzip names places by what TELL_WRITE has told it, and comes back to the end so.
-    zip_int64_t seekWriting(void* data, zip_uint64_t length) {
-        const auto* where = ZIP_SOURCE_GET_ARGS(zip_source_args_seek_t, data, length, &error);
-        if (!where) return -1;
-        if (where->whence != SEEK_SET || where->offset < 0) return fail(ZIP_ER_INVAL);
-        writer_->seekTo(static_cast<uint64_t>(where->offset));
-        return 0;
+    zip_int64_t seekWriting(const zip_source_args_seek_t& where) {
+        if (where.whence != SEEK_SET || where.offset < 0) return fail(ZIP_ER_INVAL);
+        writer_->seekTo(static_cast<uint64_t>(where.offset));
+        return done;
     }
 
     zip_int64_t remove() {
         reader_.reset();
         win32::removeFile(path_);
-        return 0;
+        return done;
     }
 
     std::wstring path_;
     std::optional<win32::FileReader> reader_;
-    uint64_t offset_ = 0;
+    uint64_t offset_{};
     std::optional<win32::FileReplacement> writer_;
 };
 

@@ -26,6 +26,14 @@ class KeptFailure {
     std::exception_ptr kept_;
 };
 
+// A place for libzip to tell of a failure.
+struct ZipError : zip_error_t {
+    ZipError() { zip_error_init(this); }
+    ~ZipError() { zip_error_fini(this); }
+    ZipError(const ZipError&) = delete;
+    ZipError& operator=(const ZipError&) = delete;
+};
+
 // libzip's failure as an Error; what a call-back kept is thrown instead. E_OUTOFMEMORY, ERROR_CANCELLED after
 // Cancel, ERROR_FILE_NOT_FOUND for an archive that is not there, ERROR_INVALID_DATA for what is no sound
 // archive, E_FAIL for the rest, with libzip's text.

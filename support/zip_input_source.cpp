@@ -17,60 +17,55 @@ class Input {
         : kept(kept),
           path_(input.path),
           modified_(modificationTime(input.file.lastWrite)),
-          reading_(std::move(reading)),
-          converter_(reading_.lineEnds) {
-        zip_error_init(&error);
-    }
-    ~Input() { zip_error_fini(&error); }
+          reading_(std::move(reading)) {}
 
     zip_int64_t command(void* data, zip_uint64_t length, zip_source_cmd_t command) {
         switch (command) {
             case ZIP_SOURCE_OPEN:
-                return open();
+                run_.emplace(path_, reading_.lineEnds);
+                tell(0);
+                return done;
             case ZIP_SOURCE_READ:
                 return read(static_cast<char*>(data), static_cast<size_t>(length));
             case ZIP_SOURCE_CLOSE:
-                reader_.reset();
-                return 0;
+                run_.reset();
+                return done;
             case ZIP_SOURCE_STAT:
-                return stat(data, length);
+                return stat(data);
             case ZIP_SOURCE_SUPPORTS:
-                return zip_source_make_command_bitmap(ZIP_SOURCE_OPEN, ZIP_SOURCE_READ, ZIP_SOURCE_CLOSE,
-                                                      ZIP_SOURCE_STAT, ZIP_SOURCE_ERROR, ZIP_SOURCE_FREE,
-                                                      ZIP_SOURCE_SUPPORTS, -1);
+                return ZIP_SOURCE_SUPPORTS_READABLE;
             default:
                 zip_error_set(&error, ZIP_ER_OPNOTSUPP, 0);
-                return -1;
+                return failed;
         }
     }
 
     KeptFailure& kept;
-    zip_error_t error;
+    ZipError error;
 
   private:
-    bool converts() const { return reading_.lineEnds != LineEnds::asTheyAre; }
+    // From opening to closing: libzip may read a file more than once.
+    struct Run {
+        Run(const std::wstring& path, LineEnds lineEnds) : reader(path), converter(lineEnds) {}
+        win32::FileReader reader;
+        LineEndConverter converter;
+        std::string pending;  // converted and not yet given
+        uint64_t readBytes = 0;
+        bool isAtEnd = false;
+        std::optional<int> told;
+    };
 
-    zip_int64_t open() {
-        reader_.emplace(path_);
-        converter_ = LineEndConverter(reading_.lineEnds);
-        pending_.clear();
-        readBytes_ = 0;
-        isAtEnd_ = false;
-        told_ = -1;
-        tell(0);
-        return 0;
-    }
+    bool converts() const { return reading_.lineEnds != LineEnds::asTheyAre; }
 
     // The size as it will be stored must be known before the data: libzip would otherwise write every entry
     // in the form for more than 4 GiB, which older readers do not understand.
-    zip_int64_t stat(void* data, zip_uint64_t length) {
+    zip_int64_t stat(void* data) {
         if (!storedSize_) storedSize_ = converts() ? convertedSize() : win32::FileReader(path_).size();
-        zip_stat_t record;
-        zip_stat_init(&record);
+        zip_stat_t record{};
         record.size = *storedSize_;
         record.mtime = modified_;
         record.valid = ZIP_STAT_SIZE | ZIP_STAT_MTIME;
-        return giveRecord(record, data, length, error);
+        return giveRecord(record, data);
     }
 
     uint64_t convertedSize() const {
@@ -86,28 +81,27 @@ class Input {
 
     zip_int64_t read(char* data, size_t length) {
         if (!converts()) return readPlain(data, length);
-        while (pending_.empty() && !isAtEnd_) {
+        while (run_->pending.empty() && !run_->isAtEnd) {
             std::string piece(pieceSize, '\0');
             piece.resize(static_cast<size_t>(readPlain(piece.data(), piece.size())));
-            isAtEnd_ = piece.empty();
-            pending_ = isAtEnd_ ? converter_.finish() : converter_.convert(piece);
+            run_->isAtEnd = piece.empty();
+            run_->pending = run_->isAtEnd ? run_->converter.finish() : run_->converter.convert(piece);
         }
-        const size_t given = pending_.copy(data, length);
-        pending_.erase(0, given);
+        const size_t given = run_->pending.copy(data, length);
+        run_->pending.erase(0, given);
         return static_cast<zip_int64_t>(given);
     }
 
     zip_int64_t readPlain(char* data, size_t length) {
-        const size_t got = reader_->read(data, length);
-        readBytes_ += got;
-        const uint64_t whole = reader_->size();
-        tell(got == 0 || readBytes_ >= whole ? 100 : static_cast<int>(readBytes_ / (whole / 100 + 1)));
+        const size_t got = run_->reader.read(data, length);
+        const uint64_t soFar = run_->readBytes += got, whole = run_->reader.size();
+        tell(got == 0 || soFar >= whole ? 100 : static_cast<int>(soFar / (whole / 100 + 1)));
         return static_cast<zip_int64_t>(got);
     }
 
     void tell(int percent) {
-        if (percent == told_) return;
-        told_ = percent;
+        if (percent == run_->told) return;
+        run_->told = percent;
         if (reading_.progress) reading_.progress(percent);
     }
 
@@ -116,13 +110,8 @@ class Input {
     std::wstring path_;
     time_t modified_;
     ZipReading reading_;
-    LineEndConverter converter_;
-    std::optional<win32::FileReader> reader_;
     std::optional<uint64_t> storedSize_;
-    std::string pending_;  // converted and not yet given
-    uint64_t readBytes_ = 0;
-    bool isAtEnd_ = false;
-    int told_ = -1;
+    std::optional<Run> run_;
 };
 
 }  // namespace

@@ -41,7 +41,7 @@ class Finder {
 
     void findNamed(Place place) {
         for (std::wstring* text : {&place.path, &place.given}) {
-            while (text->size() > 1 && text->back() == L'\\') text->pop_back();
+            while (!text->empty() && text->back() == L'\\') text->pop_back();
         }
         const auto file = win32::findFile(place.path);
         if (!file) return;
@@ -89,7 +89,7 @@ class Finder {
     const ZipSearch& search_;
     std::wstring archive_;
     std::map<std::wstring, std::wstring> byName_;  // lower-case stored name to lower-case full path
-    size_t met_ = 0;
+    size_t met_{};
 };
 
 }  // namespace

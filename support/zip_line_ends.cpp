@@ -5,7 +5,6 @@ namespace support {
 std::string LineEndConverter::convert(std::string_view piece) {
     if (how_ == LineEnds::asTheyAre) return std::string(piece);
     std::string result;
-    result.reserve(piece.size() + piece.size() / 8);
     for (char byte : piece) {
         if (how_ == LineEnds::crLfToLf) {
             if (sawCr_ && byte != '\n') result += '\r';
@@ -19,10 +18,8 @@ std::string LineEndConverter::convert(std::string_view piece) {
     return result;
 }
 
-std::string LineEndConverter::finish() {
-    const bool waits = how_ == LineEnds::crLfToLf && sawCr_;
-    sawCr_ = false;
-    return waits ? "\r" : "";
+std::string LineEndConverter::finish() const {
+    return how_ == LineEnds::crLfToLf && sawCr_ ? "\r" : "";
 }
 
 }  // namespace support

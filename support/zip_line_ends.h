@@ -16,8 +16,8 @@ class LineEndConverter {
 
     // The converted piece. A CR at its end may wait for the next piece.
     std::string convert(std::string_view piece);
-    // What still waits; called once, after the last piece.
-    std::string finish();
+    // What still waits after the last piece.
+    std::string finish() const;
 
   private:
     LineEnds how_;

@@ -8,8 +8,11 @@
 
 namespace support {
 
+// What a command answers; libzip looks only whether it is negative.
+const zip_int64_t done = 0, failed = -1;
+
 // `State` has `zip_int64_t command(void*, zip_uint64_t, zip_source_cmd_t)`, which may throw, and the members
-// `KeptFailure& kept` and `zip_error_t error`. The source owns it.
+// `KeptFailure& kept` and `ZipError error`. The source owns it.
 template <class State>
 struct SourceOf {
     static ZipSource make(std::unique_ptr<State> state) {
@@ -24,7 +27,7 @@ struct SourceOf {
         State* state = static_cast<State*>(object);
         if (command == ZIP_SOURCE_FREE) {
             delete state;
-            return 0;
+            return done;
         }
         if (command == ZIP_SOURCE_ERROR) return zip_error_to_data(&state->error, data, length);
         try {
@@ -34,17 +37,12 @@ struct SourceOf {
         }
         // libzip wants a number of its own; the exception that is kept says more.
         zip_error_set(&state->error, ZIP_ER_INTERNAL, EIO);
-        return -1;
+        return failed;
     }
 };
 
-// Copies a record into the room that libzip gives; -1 when it is too small.
-template <class Record>
-zip_int64_t giveRecord(const Record& record, void* data, zip_uint64_t length, zip_error_t& error) {
-    if (length < sizeof record) {
-        zip_error_set(&error, ZIP_ER_INVAL, 0);
-        return -1;
-    }
+// The answer to ZIP_SOURCE_STAT; libzip gives room for its own record.
+inline zip_int64_t giveRecord(const zip_stat_t& record, void* data) {
     std::memcpy(data, &record, sizeof record);
     return sizeof record;
 }

@@ -1,6 +1,7 @@
 #include "support/zip_update.h"
 
 #include <algorithm>
+#include <cstring>
 
 #include "support/zip_archive_source.h"
 #include "support/zip_input_source.h"
@@ -29,9 +30,9 @@ LineEnds lineEndsOf(const cZip& options) {
 }
 
 std::wstring fromUtf8(const char* text) {
-    const int size = ::MultiByteToWideChar(CP_UTF8, 0, text, -1, nullptr, 0);
-    std::wstring result(size > 0 ? size - 1 : 0, L'\0');
-    ::MultiByteToWideChar(CP_UTF8, 0, text, -1, result.data(), size);
+    const int length = static_cast<int>(std::strlen(text));
+    std::wstring result(::MultiByteToWideChar(CP_UTF8, 0, text, length, nullptr, 0), L'\0');
+    ::MultiByteToWideChar(CP_UTF8, 0, text, length, result.data(), static_cast<int>(result.size()));
     return result;
 }
 
@@ -41,15 +42,10 @@ ZipUpdate::ZipUpdate(const cZip& options, const std::wstring& archive, const std
     : options_(options), archive_(archive), specs_(specs) {}
 
 void ZipUpdate::open(int flags) {
-    zip_error_t error;
-    zip_error_init(&error);
+    ZipError error;
     ZipSource source = makeArchiveSource(archive_, kept_);
     zip_.reset(zip_open_from_source(source.get(), flags, &error));
-    if (!zip_) {
-        const win32::Error failure = zipError(kept_, &error, archive_);
-        zip_error_fini(&error);
-        throw failure;
-    }
+    if (!zip_) throw zipError(kept_, &error, archive_);
     source.release();
     checked(zip_register_progress_callback_with_state(zip_.get(), 0.01, &onProgress, nullptr, this));
     checked(zip_register_cancel_callback_with_state(zip_.get(), &onCancel, nullptr, this));
@@ -57,7 +53,7 @@ void ZipUpdate::open(int flags) {
 }
 
 void ZipUpdate::noteEntries() {
-    const Index count = zip_get_num_entries(zip_.get(), 0);
+    const Index count = zip_get_num_entries(zip_.get(), ZIP_FL_UNCHANGED);
     for (Index entry = 0; entry < count; ++entry) present_.emplace(win32::lowered(nameOf(entry)), entry);
 }
 
@@ -101,7 +97,7 @@ void ZipUpdate::addInput(const ZipInput& input) {
 ZipUpdate::Index ZipUpdate::addFolder(const ZipInput& input) {
     const std::string name = win32::toUtf8(input.storedName);
     const Index entry = checked(zip_dir_add(zip_.get(), name.c_str(), ZIP_FL_ENC_UTF_8));
-    checked(zip_file_set_mtime(zip_.get(), entry, modificationTime(input.file.lastWrite), 0));
+    checked(zip_file_set_mtime(zip_.get(), entry, modificationTime(input.file.lastWrite), zip_flags_t{}));
     return entry;
 }
 
@@ -112,7 +108,7 @@ ZipUpdate::Index ZipUpdate::addFile(const ZipInput& input, Index present) {
     ZipSource source = makeInputSource(input, reading, kept_);
     const std::string name = win32::toUtf8(input.storedName);
     const Index entry = present < 0 ? zip_file_add(zip_.get(), name.c_str(), source.get(), ZIP_FL_ENC_UTF_8)
-                                    : zip_file_replace(zip_.get(), present, source.get(), 0);
+                                    : zip_file_replace(zip_.get(), present, source.get(), zip_flags_t{});
     checked(entry);
     source.release();
     const Index written = present < 0 ? entry : present;
@@ -134,7 +130,7 @@ void ZipUpdate::startAfresh(Index entry) {
 void ZipUpdate::addVolumeLabel() {
     const std::wstring label = win32::volumeLabel(resolvedPath(specs_.front(), options_.BasePath));
     if (label.empty() || find(label) >= 0) return;
-    ZipSource nothing(zip_source_buffer(zip_.get(), nullptr, 0, 0));
+    ZipSource nothing(zip_source_buffer(zip_.get(), nullptr, 0, {}));
     if (!nothing) fail();
     const std::string name = win32::toUtf8(label);
     const Index entry = checked(zip_file_add(zip_.get(), name.c_str(), nothing.get(), ZIP_FL_ENC_UTF_8));
@@ -145,9 +141,8 @@ void ZipUpdate::addVolumeLabel() {
 // Both times have the two seconds of the format: an entry that was made of this very file is not older.
 bool ZipUpdate::isNewer(const ZipInput& input, Index entry) {
     zip_stat_t record;
-    checked(zip_stat_index(zip_.get(), entry, 0, &record));
-    return !(record.valid & ZIP_STAT_MTIME) ||
-           (modificationTime(input.file.lastWrite) & ~time_t{1}) > record.mtime;
+    checked(zip_stat_index(zip_.get(), entry, ZIP_FL_UNCHANGED, &record));
+    return (modificationTime(input.file.lastWrite) & ~time_t{1}) > record.mtime;
 }
 
 void ZipUpdate::setAttributes(Index entry, const ZipInput& input) {
@@ -159,7 +154,7 @@ void ZipUpdate::setAttributes(Index entry, const ZipInput& input) {
 }
 
 void ZipUpdate::setAttributes(Index entry, int system, DWORD attributes) {
-    checked(zip_file_set_external_attributes(zip_.get(), entry, 0, system, attributes));
+    checked(zip_file_set_external_attributes(zip_.get(), entry, zip_flags_t{}, system, attributes));
 }
 
 void ZipUpdate::askPassword() {
@@ -187,14 +182,14 @@ void ZipUpdate::remove() {
 bool ZipUpdate::removeMatching(const std::wstring& pattern) {
     const std::wstring lowered = win32::lowered(pattern);
     bool found = false;
-    const Index count = zip_get_num_entries(zip_.get(), 0);
+    const Index count = zip_get_num_entries(zip_.get(), ZIP_FL_UNCHANGED);
     for (Index entry = 0; entry < count; ++entry) {
         std::wstring name = win32::lowered(nameOf(entry));
         if (!name.empty() && name.back() == L'/') name.pop_back();
         if (!matchesPattern(name, lowered)) continue;
         found = true;
         // Not if an earlier specification has removed it.
-        if (zip_get_name(zip_.get(), entry, 0)) checked(zip_delete(zip_.get(), entry));
+        if (zip_get_name(zip_.get(), entry, zip_flags_t{})) checked(zip_delete(zip_.get(), entry));
     }
     return found;
 }

@@ -28,9 +28,7 @@ class FileServices {
         Bytes() = default;
         Bytes(Bytes&& other) noexcept : array(std::exchange(other.array, nullptr)) {}
         Bytes& operator=(Bytes&&) = delete;
-        ~Bytes() {
-            if (array) ::SafeArrayDestroy(array);
-        }
+        ~Bytes() { ::SafeArrayDestroy(array); }
     };
     Bytes ReadFileBytes(const std::wstring& path);
 

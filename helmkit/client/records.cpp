@@ -78,7 +78,7 @@ std::vector<Record> RecordList::records() const {
     if (!items) win32::raise(E_NOINTERFACE, L"The list cannot be walked");
     for (;;) {
         Variant item;
-        ULONG fetched = 0;
+        ULONG fetched;
         check(items->Next(1, &item, &fetched));
         if (fetched != 1) return result;
         ComPtr<IRecord> record;

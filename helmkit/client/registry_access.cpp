@@ -1,5 +1,7 @@
 #include "helmkit/client/registry_access.h"
 
+#include <iterator>
+
 #include "win32/com/in_string.h"
 
 namespace helmkit {
@@ -18,16 +20,13 @@ std::vector<std::wstring> texts(const ComPtr<IKeyedList>& list) {
     check(list->get__NewEnum(walker.out()));
     auto items = walker.as<IEnumVARIANT>(IID_IEnumVARIANT);
     if (!items) win32::raise(E_NOINTERFACE, L"The list cannot be walked");
-    Variant batch[64];
-    ULONG fetched = 0;
-    do {
-        check(items->Next(64, batch, &fetched));
-        for (ULONG i = 0; i < fetched; ++i) {
-            result.emplace_back(BString::view(batch[i].bstrVal));
-            ::VariantClear(&batch[i]);
-        }
-    } while (fetched == 64);
-    return result;
+    for (;;) {
+        Variant batch[64];
+        ULONG fetched;
+        check(items->Next(std::size(batch), batch, &fetched));
+        for (ULONG i = 0; i < fetched; ++i) result.emplace_back(BString::view(batch[i].bstrVal));
+        if (fetched < std::size(batch)) return result;
+    }
 }
 
 }  // namespace
@@ -46,27 +45,27 @@ RegistryAccess::Value RegistryAccess::ReadValue(LONG hive, const std::wstring& k
 }
 
 LONG RegistryAccess::ValueType(LONG hive, const std::wstring& keyPath, const std::wstring& valueName) {
-    LONG type = -1;
+    LONG type{};
     check(object_->ValueType(hive, InString(keyPath).get(), InString(valueName).get(), &type));
     return type;
 }
 
 LONG RegistryAccess::WriteValue(LONG hive, const std::wstring& keyPath, const std::wstring& valueName,
                                 const std::wstring& data) {
-    LONG status = 0;
+    LONG status{};
     check(object_->WriteValue(hive, InString(keyPath).get(), InString(valueName).get(), InString(data).get(),
                               &status));
     return status;
 }
 
 LONG RegistryAccess::DeleteValue(LONG hive, const std::wstring& keyPath, const std::wstring& valueName) {
-    LONG status = 0;
+    LONG status{};
     check(object_->DeleteValue(hive, InString(keyPath).get(), InString(valueName).get(), &status));
     return status;
 }
 
 LONG RegistryAccess::DeleteKey(LONG hive, const std::wstring& keyPath) {
-    LONG status = 0;
+    LONG status{};
     check(object_->DeleteKey(hive, InString(keyPath).get(), &status));
     return status;
 }

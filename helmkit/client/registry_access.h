@@ -21,7 +21,7 @@ class RegistryAccess {
     // types.
     struct Value {
         std::wstring data;
-        LONG status = 0;
+        LONG status{};
     };
 
     RegistryAccess();

@@ -2,6 +2,7 @@
 
 #include <doctest/doctest.h>
 
+#include "tests/support/helmkit_classes.h"
 #include "tests/support/memory_shortage.h"
 #include "tests/support/objects.h"
 #include "tests/support/replaced_import.h"
@@ -30,6 +31,9 @@ struct Files {
         SAFEARRAY* bytes = nullptr;
         REQUIRE(services->ReadFileBytes(bs(path).get(), &bytes) == S_OK);
         REQUIRE(bytes);
+        CHECK(::SafeArrayGetDim(bytes) == 1);
+        CHECK(::SafeArrayGetElemsize(bytes) == 1);
+        CHECK(bytes->rgsabound[0].lLbound == 0);
         ULONG count = bytes->rgsabound[0].cElements;
         ::SafeArrayDestroy(bytes);
         return count;
@@ -44,6 +48,59 @@ BOOL WINAPI moveFile(const char* from, const char* to) {
     if (++moves != refusedMove) return realMove(from, to);
     ::SetLastError(ERROR_SHARING_VIOLATION);
     return FALSE;
+}
+
+// A file that is shorter than it was said to be: so many bytes are read, and then none.
+DWORD readable = 0;
+BOOL(WINAPI* realRead)(HANDLE, void*, DWORD, DWORD*, OVERLAPPED*);
+BOOL WINAPI readFile(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED* overlapped) {
+    const BOOL done = realRead(file, bytes, count < readable ? count : readable, read, overlapped);
+    readable -= *read;
+    return done;
+}
+
+// The longest of what is written at once.
+DWORD longestWrite = 0;
+BOOL(WINAPI* realWrite)(HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*);
+BOOL WINAPI writeFile(HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped) {
+    longestWrite = count > longestWrite ? count : longestWrite;
+    return realWrite(file, bytes, count, written, overlapped);
+}
+
+// As where the ANSI code page is UTF-8, which takes a pair of surrogates for one character.
+int(WINAPI* realToBytes)(UINT, DWORD, const wchar_t*, int, char*, int, const char*, BOOL*);
+int WINAPI toBytes(UINT, DWORD, const wchar_t* text, int length, char* bytes, int room, const char*, BOOL*) {
+    return realToBytes(CP_UTF8, 0, text, length, bytes, room, nullptr, nullptr);
+}
+
+// The arrays that there are, and the most that one was asked to hold.
+int arrays = 0;
+ULONG mostAsked = 0;
+SAFEARRAY*(WINAPI* realCreate)(VARTYPE, LONG, ULONG);
+SAFEARRAY* WINAPI createArray(VARTYPE type, LONG first, ULONG count) {
+    mostAsked = count > mostAsked ? count : mostAsked;
+    if (count > (1 << 20)) return nullptr;
+    ++arrays;
+    return realCreate(type, first, count);
+}
+HRESULT(WINAPI* realDestroy)(SAFEARRAY*);
+HRESULT WINAPI destroyArray(SAFEARRAY* array) {
+    if (array) --arrays;
+    return realDestroy(array);
+}
+
+// No memory for a text whose characters are written later.
+BSTR(WINAPI* realAllocate)(const wchar_t*, UINT);
+BSTR WINAPI allocate(const wchar_t* text, UINT length) {
+    return text ? realAllocate(text, length) : nullptr;
+}
+
+void makeSparse(const std::wstring& path, DWORD size) {
+    const win32::OwnedFile file(
+        ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+    LONG high = 0;
+    ::SetFilePointer(file.get(), static_cast<LONG>(size), &high, FILE_BEGIN);
+    REQUIRE(::SetEndOfFile(file.get()));
 }
 
 std::string allBytes() {
@@ -69,6 +126,87 @@ TEST_CASE_FIXTURE(Files, "characters that are no bytes go through the code page"
     std::wstring path = folder.file(L"euro.txt");
     CHECK(write(path, L"a\u20AC\u0416\u00E4z") == S_OK);
     CHECK(TempFolder::read(path) == "a" + win32::toAnsi(L"\u20AC\u0416") + "\xE4z");
+}
+
+TEST_CASE_FIXTURE(Files,
+                  "where the code page is UTF-8, pairs stay together wherever a piece of the text ends") {
+    const ReplacedImport utf8("WideCharToMultiByte", &toBytes, realToBytes);
+    const std::wstring path = folder.file(L"pairs.txt"), pair = L"\xD83D\xDE00";
+    const std::string character = "\xF0\x9F\x98\x80";
+    const struct {
+        std::wstring text;
+        std::string bytes;
+    } rows[] = {{L"\u0100", "\xC4\x80"},
+                {L"\u00FF\u0100\u00FF", "\xFF\xC4\x80\xFF"},
+                {L"a" + pair + L"z", "a" + character + "z"},
+                {pair + pair, character + character},
+                {L"\xE9" + pair + L"\u20AC\xE9" + pair, "\xE9" + character + "\xE2\x82\xAC\xE9" + character}};
+    for (const auto& row : rows) {
+        CHECK(write(path, row.text) == S_OK);
+        CHECK(TempFolder::read(path) == row.bytes);
+    }
+    const size_t piece = 1 << 16;
+    for (size_t before : {piece - 2, piece - 1, piece}) {
+        const std::string begin(before, 'a'), end(piece, 'b');
+        CHECK(write(path, std::wstring(before, L'a') + pair + std::wstring(piece, L'b')) == S_OK);
+        const bool isSame = TempFolder::read(path) == begin + character + end;
+        CHECK(isSame);
+        // Half a pair at the very end is written all the same.
+        CHECK(write(path, std::wstring(before, L'a') + L"\xD83D") == S_OK);
+        CHECK(TempFolder::read(path).size() == before + 3);
+    }
+}
+
+TEST_CASE_FIXTURE(Files, "no more than 64 KiB are written at once") {
+    const ReplacedImport counted("WriteFile", &writeFile, realWrite);
+    longestWrite = 0;
+    CHECK(write(folder.file(L"long.txt"), std::wstring(1 << 18, L'x')) == S_OK);
+    CHECK(longestWrite == 1 << 16);
+}
+
+TEST_CASE_FIXTURE(
+    Files, "of a file that is cut while it is read the text is what was there, and there are no bytes") {
+    const std::wstring path = folder.file(L"cut");
+    TempFolder::write(path, "0123456789");
+    const ReplacedImport cut("ReadFile", &readFile, realRead);
+    for (DWORD left : {0, 4, 9, 10}) {
+        readable = left;
+        CHECK(read(path) == std::wstring(L"0123456789").substr(0, left));
+        readable = left;
+        CHECK(byteCount(path) == (left == 10 ? 10 : 0));
+    }
+}
+
+TEST_CASE_FIXTURE(Files, "a file of 1 GiB is no text") {
+    const std::wstring path = folder.file(L"sparse");
+    const win32::BString given(path);
+    const ReplacedImport scarce("SysAllocStringLen", &allocate, realAllocate);
+    for (const auto& [size, expected] :
+         {std::pair(0x3FFFFFFFu, E_OUTOFMEMORY), {0x40000000u, HRESULT_FROM_WIN32(ERROR_FILE_TOO_LARGE)}}) {
+        makeSparse(path, size);
+        BSTR text = nullptr;
+        CHECK(services->ReadTextFile(given.get(), &text) == expected);
+    }
+}
+
+TEST_CASE_FIXTURE(Files, "a file of 2 GiB is not even tried to be held, and no array is left behind") {
+    const HelmkitClasses classes;
+    const ReplacedImport create("SafeArrayCreateVector", &createArray, realCreate);
+    const ReplacedImport destroy("SafeArrayDestroy", &destroyArray, realDestroy);
+    const std::wstring path = folder.file(L"sparse");
+    for (const auto& [size, asked] : {std::pair(0x7FFFFFFFu, 0x7FFFFFFFu), {0x80000000u, 0u}}) {
+        makeSparse(path, size);
+        mostAsked = 0;
+        CHECK(byteCount(path) == 0);
+        CHECK(mostAsked == asked);
+    }
+    TempFolder::write(path, "0123456789");
+    helmkit::fileServices().ReadFileBytes(path);
+    CHECK(arrays == 0);
+    const ReplacedImport cut("ReadFile", &readFile, realRead);
+    readable = 4;
+    CHECK(byteCount(path) == 0);
+    CHECK(arrays == 0);
 }
 
 TEST_CASE_FIXTURE(Files, "writing replaces a file completely and leaves nothing beside it") {
@@ -184,18 +322,6 @@ TEST_CASE_FIXTURE(Files, "bytes of a file, none of what cannot be read") {
     win32::OwnedFile locked(
         ::CreateFileW(folder.file(L"five").c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
     CHECK(byteCount(folder.file(L"five")) == 0);
-}
-
-TEST_CASE_FIXTURE(Files, "a file over 2 GiB has no bytes") {
-    std::wstring path = folder.file(L"sparse");
-    {
-        win32::OwnedFile file(
-            ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-        LONG high = 0;
-        ::SetFilePointer(file.get(), static_cast<LONG>(0x80000000), &high, FILE_BEGIN);
-        REQUIRE(::SetEndOfFile(file.get()));
-    }
-    CHECK(byteCount(path) == 0);
 }
 
 TEST_CASE_FIXTURE(Files, "reading what is missing raises the Windows error with a description") {

@@ -1,10 +1,16 @@
+#include <cstring>
+#include <functional>
+
 #include <doctest/doctest.h>
 
 #include "helmkit/client/records.h"
 #include "helmkit/client/registry_access.h"
+#include "helmkit/file_services.h"
 #include "helmkit/keyed_list.h"
 #include "helmkit/record_list.h"
 #include "helmkit/registry_access.h"
+#include "support/request_parameters.h"
+#include "tests/support/helmkit_classes.h"
 #include "tests/support/objects.h"
 #include "tests/support/processor_time.h"
 #include "win32/com/com_module.h"
@@ -37,6 +43,13 @@ struct Keyed {
         return count;
     }
 };
+
+template <class List>
+win32::ComPtr<IEnumVARIANT> walkOf(List* list) {
+    win32::ComPtr<IUnknown> unknown;
+    REQUIRE(list->get__NewEnum(unknown.out()) == S_OK);
+    return unknown.as<IEnumVARIANT>(IID_IEnumVARIANT);
+}
 
 template <class Value>
 win32::Variant variant(Value value) {
@@ -116,6 +129,18 @@ TEST_CASE_FIXTURE(Keyed, "what is not in the list is an error") {
     CHECK(list->get_Item(variant(LONG{1}), nullptr) == E_POINTER);
 }
 
+TEST_CASE_FIXTURE(Keyed, "the place for an item may hold anything before, and is empty where there is none") {
+    add(L"x", L"k");
+    VARIANT place;
+    for (const wchar_t* key : {L"k", L"no"}) {
+        std::memset(&place, 0x5A, sizeof place);
+        const bool isThere = list->get_Item(variant(std::wstring(key)), &place) == S_OK;
+        CHECK(isThere == (*key == L'k'));
+        CHECK(place.vt == (isThere ? VT_BSTR : VT_EMPTY));
+        ::VariantClear(&place);
+    }
+}
+
 TEST_CASE_FIXTURE(Keyed, "items of any kind are kept, references by what they lead to") {
     LONG number = 7;
     VARIANT reference;
@@ -155,6 +180,33 @@ TEST_CASE_FIXTURE(Keyed, "the walk serves many at once, skips, starts again and 
     CHECK(std::wstring(items[0].bstrVal) == L"1");
     ::VariantClear(items);
     CHECK(walk->Next(2, items, nullptr) == E_POINTER);
+    fetched = 9;
+    CHECK(walk->Next(1, nullptr, &fetched) == E_POINTER);
+    CHECK(fetched == 0);
+    CHECK(walk->Clone(nullptr) == E_POINTER);
+}
+
+TEST_CASE_FIXTURE(Keyed, "a walk skips as many as are asked for, and at most to the end") {
+    for (const wchar_t* text : {L"1", L"2", L"3", L"4", L"5"}) add(text, text);
+    auto walk = walkOf(list.get());
+    win32::Variant item;
+    ULONG fetched = 9;
+    CHECK(walk->Skip(2) == S_OK);
+    REQUIRE(walk->Next(1, item.out(), &fetched) == S_OK);
+    CHECK(std::wstring(item.bstrVal) == L"3");
+    CHECK(walk->Skip(2) == S_OK);
+    CHECK(walk->Skip(0) == S_OK);
+    for (ULONG count : {1, 9}) {
+        CHECK(walk->Skip(count) == S_FALSE);
+        CHECK(walk->Next(1, item.out(), &fetched) == S_FALSE);
+        CHECK(fetched == 0);
+    }
+    REQUIRE(walk->Reset() == S_OK);
+    CHECK(walk->Skip(9) == S_FALSE);
+    add(L"6", L"6");
+    // The end is where it is when the walk gets there.
+    REQUIRE(walk->Next(1, item.out(), &fetched) == S_OK);
+    CHECK(std::wstring(item.bstrVal) == L"6");
 }
 
 TEST_CASE_FIXTURE(Keyed, "a hundred thousand keys are added and found quickly") {
@@ -209,8 +261,13 @@ TEST_CASE_FIXTURE(Records, "setting a field replaces all it held") {
     REQUIRE(name->get_Count(&count) == S_OK);
     CHECK(count == 2);
     win32::Variant value;
-    REQUIRE(name->get_Item(2, value.out()) == S_OK);
-    CHECK(std::wstring(value.bstrVal) == L"b");
+    REQUIRE(name->get_Item(1, value.out()) == S_OK);
+    CHECK(std::wstring(value.bstrVal) == L"a");
+    VARIANT place;
+    std::memset(&place, 0x5A, sizeof place);
+    REQUIRE(name->get_Item(2, &place) == S_OK);
+    CHECK(std::wstring(place.bstrVal) == L"b");
+    ::VariantClear(&place);
     CHECK(name->get_Item(3, value.out()) == DISP_E_BADINDEX);
     CHECK(name->get_Item(0, value.out()) == DISP_E_BADINDEX);
     set(record, L"Name", L"c");
@@ -288,6 +345,32 @@ struct BrokenRegistry : helmkit::server::RegistryAccess {
     }
 };
 
+// Has something in the place of its walk that cannot be walked.
+template <class List>
+struct NoWalk : List {
+    STDMETHODIMP get__NewEnum(IUnknown** enumerator) override {
+        *enumerator = static_cast<IFileServices*>(make<helmkit::server::FileServices>().release());
+        return S_OK;
+    }
+};
+
+struct RegistryWithoutWalk : helmkit::server::RegistryAccess {
+    STDMETHODIMP EnumValues(LONG, BSTR, IKeyedList** names) override {
+        *names = make<NoWalk<helmkit::server::KeyedList>>().release();
+        return S_OK;
+    }
+};
+
+// As many names as the key's name has characters.
+struct CountedRegistry : helmkit::server::RegistryAccess {
+    STDMETHODIMP EnumValues(LONG, BSTR key, IKeyedList** names) override {
+        auto list = make<helmkit::server::KeyedList>();
+        for (UINT i = 0; i < ::SysStringLen(key); ++i) list->append(L"name " + std::to_wstring(i));
+        *names = list.release();
+        return S_OK;
+    }
+};
+
 struct BrokenRecordList : helmkit::server::RecordList {
     STDMETHODIMP get__NewEnum(IUnknown** enumerator) override {
         *enumerator = helmkit::server::newEnumerator(sequence).release();
@@ -332,4 +415,58 @@ TEST_CASE("callers of a list that cannot be walked to its end are told so") {
     OfferedClass records(CLSID_RecordList, win32::createObject<BrokenRecordList>);
     CHECK_THROWS_AS(helmkit::RegistryAccess().EnumValues(helmkit::HKLM, L"k"), win32::Error);
     CHECK_THROWS_AS(helmkit::RecordList().records(), win32::Error);
+}
+
+TEST_CASE("callers of a list that cannot be walked at all are told so") {
+    OfferedClass registry(CLSID_RegistryAccess, win32::createObject<RegistryWithoutWalk>);
+    OfferedClass records(CLSID_RecordList, win32::createObject<NoWalk<helmkit::server::RecordList>>);
+    const auto description = [](const std::function<void()>& call) {
+        try {
+            call();
+            return std::wstring();
+        } catch (const win32::Error& error) {
+            CHECK(error.number == E_NOINTERFACE);
+            return error.description;
+        }
+    };
+    CHECK(description([] { helmkit::RegistryAccess().EnumValues(helmkit::HKLM, L"k"); }) ==
+          L"The list cannot be walked");
+    CHECK(description([] { helmkit::RecordList().records(); }) == L"The list cannot be walked");
+    NoWalk<helmkit::server::Record> record;
+    CHECK(description([&] { support::parametersOf(&record); }) == L"The parameters cannot be walked");
+}
+
+TEST_CASE("callers get every name of a list, however many come at once") {
+    OfferedClass registry(CLSID_RegistryAccess, win32::createObject<CountedRegistry>);
+    helmkit::RegistryAccess access;
+    for (size_t count : {0, 1, 63, 64, 65, 127, 128, 129, 200}) {
+        CAPTURE(count);
+        const Names names = access.EnumValues(helmkit::HKLM, std::wstring(count, L'k'));
+        REQUIRE(names.size() == count);
+        for (size_t i = 0; i < count; ++i) CHECK(names[i] == L"name " + std::to_wstring(i));
+    }
+}
+
+TEST_CASE("callers get a field's text and number, and nothing of the other kind") {
+    const HelmkitClasses classes;
+    helmkit::RecordList list;
+    helmkit::Record record = list.AddRecord();
+    record.SetName(L"name");
+    record.SetField(L"text", L"7");
+    record.SetField(L"number", 7);
+    list.AddRecord();
+    CHECK(record.Name() == L"name");
+    CHECK(record.text(L"text") == L"7");
+    CHECK(record.number(L"text") == 0);
+    CHECK(record.text(L"number").empty());
+    CHECK(record.number(L"number") == 7);
+    CHECK_THROWS_AS(record.text(L"none"), win32::Error);
+    REQUIRE(list.records().size() == 2);
+    CHECK(list.records()[0].Name() == L"name");
+    CHECK(list.records()[1].Name().empty());
+    helmkit::KeyedList keyed;
+    keyed.Add(L"item", L"key");
+    keyed.Add(L"other", L"key");
+    CHECK(keyed.find(L"key") == L"item");
+    CHECK_FALSE(keyed.find(L"Key"));
 }

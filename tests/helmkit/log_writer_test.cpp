@@ -1,8 +1,12 @@
 #include "helmkit/log_writer.h"
 
+#include <string>
+#include <vector>
+
 #include <doctest/doctest.h>
 
 #include "tests/support/objects.h"
+#include "tests/support/replaced_import.h"
 #include "tests/support/scripted_desktop.h"
 #include "tests/support/temp_folder.h"
 
@@ -20,6 +24,34 @@ struct Logs {
         return writer->WriteLog(code, bs(text).get(), level, bs(source).get());
     }
 };
+
+// Writes that fail: each with the next code of these, 0 for one that succeeds.
+std::vector<DWORD> writeErrors;
+BOOL(WINAPI* realWrite)(HANDLE, const void*, DWORD, DWORD*, OVERLAPPED*);
+BOOL WINAPI writeFile(HANDLE file, const void* bytes, DWORD count, DWORD* written, OVERLAPPED* overlapped) {
+    const DWORD error = writeErrors.empty() ? 0 : writeErrors.front();
+    if (!writeErrors.empty()) writeErrors.erase(writeErrors.begin());
+    if (!error) return realWrite(file, bytes, count, written, overlapped);
+    ::SetLastError(error);
+    return FALSE;
+}
+
+// So many bytes can be read, and none after them.
+DWORD readable = 0;
+BOOL(WINAPI* realRead)(HANDLE, void*, DWORD, DWORD*, OVERLAPPED*);
+BOOL WINAPI readFile(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED* overlapped) {
+    const BOOL done = realRead(file, bytes, count < readable ? count : readable, read, overlapped);
+    readable -= *read;
+    return done;
+}
+
+void append(const std::wstring& path, const std::string& bytes) {
+    const win32::OwnedFile file(::CreateFileW(path.c_str(), FILE_APPEND_DATA,
+                                              FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0,
+                                              nullptr));
+    DWORD written = 0;
+    REQUIRE(::WriteFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &written, nullptr));
+}
 
 // Lines of 64 bytes, numbered.
 std::string numberedLines(int count) {
@@ -96,6 +128,60 @@ TEST_CASE_FIXTURE(Logs, "a failed opening also ends the logs that were open") {
     CHECK(FAILED(writer->OpenLogs(bs(folder.path()).get(), bs(brief).get())));
     CHECK(write(0, L"a", 4, L"") == S_OK);
     CHECK(TempFolder::read(full) == "");
+}
+
+TEST_CASE_FIXTURE(Logs, "after a failed opening neither log is held any more") {
+    REQUIRE(open() == S_OK);
+    CHECK(FAILED(writer->OpenLogs(bs(folder.path()).get(), bs(brief).get())));
+    CHECK(::DeleteFileW(full.c_str()));
+    CHECK(::DeleteFileW(brief.c_str()));
+    REQUIRE(open() == S_OK);
+    CHECK(FAILED(writer->OpenLogs(bs(full).get(), bs(folder.path()).get())));
+    CHECK(::DeleteFileW(full.c_str()));
+    CHECK(::DeleteFileW(brief.c_str()));
+}
+
+TEST_CASE_FIXTURE(
+    Logs, "a line that one log does not take is still written to the other, and the first failure told") {
+    REQUIRE(open() == S_OK);
+    const ReplacedImport failing("WriteFile", &writeFile, realWrite);
+    const std::string line = "2026-11-20T23:35:47.123\t4\t\t0\ta\r\n";
+    writeErrors = {ERROR_DISK_FULL, 0};
+    CHECK(write(0, L"a", 4, L"") == HRESULT_FROM_WIN32(ERROR_DISK_FULL));
+    CHECK(TempFolder::read(full) == "");
+    CHECK(TempFolder::read(brief) == line);
+    writeErrors = {0, ERROR_ACCESS_DENIED};
+    CHECK(write(0, L"a", 4, L"") == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    CHECK(TempFolder::read(full) == line);
+    writeErrors = {ERROR_DISK_FULL, ERROR_ACCESS_DENIED};
+    CHECK(write(0, L"a", 4, L"") == HRESULT_FROM_WIN32(ERROR_DISK_FULL));
+    writeErrors.clear();
+    CHECK(write(0, L"a", 4, L"") == S_OK);
+    CHECK(TempFolder::read(full) == line + line);
+    CHECK(TempFolder::read(brief) == line + line);
+}
+
+TEST_CASE_FIXTURE(Logs, "the short log is cut at a limit of its own, also by a writer that has it open") {
+    const int lines = (1 << 20) / 64;
+    REQUIRE(open() == S_OK);
+    for (const std::wstring& path : {full, brief}) append(path, numberedLines(lines + 1));
+    REQUIRE(open() == S_OK);
+    const std::string cut = TempFolder::read(brief);
+    CHECK(cut.size() <= (1 << 19));
+    CHECK(cut.size() > (1 << 19) - 128);
+    CHECK(cut.find("line " + std::to_string(lines) + ".") == cut.size() - 64);
+    CHECK(TempFolder::read(full).size() == (1 << 20) + 64);
+}
+
+TEST_CASE_FIXTURE(Logs, "of a log that gets shorter while it is cut the lines that were read stay") {
+    TempFolder::write(brief, numberedLines((1 << 20) / 64 + 1));
+    {
+        const ReplacedImport shortened("ReadFile", &readFile, realRead);
+        readable = 128;
+        REQUIRE(open() == S_OK);
+    }
+    CHECK(TempFolder::read(brief).size() == 64);
+    CHECK(TempFolder::read(brief).substr(0, 5) == "line ");
 }
 
 TEST_CASE_FIXTURE(Logs, "a log over its limit is cut to its newest whole lines when it is opened") {

@@ -7,6 +7,7 @@
 #include "tests/support/objects.h"
 #include "tests/support/processor_time.h"
 #include "tests/support/registry_fixture.h"
+#include "tests/support/replaced_import.h"
 #include "tests/support/scripted_desktop.h"
 #include "win32/base/flavour.h"
 #include "win32/base/utf16_bytes.h"
@@ -19,6 +20,13 @@ const HKEY hklm = HKEY_LOCAL_MACHINE;
 
 bool isWide() {
     return win32::flavour() == win32::Flavour::wide;
+}
+
+// So many texts that a caller is to get find no memory.
+int withoutMemory = 0;
+BSTR(WINAPI* realAllocate)(const wchar_t*, UINT);
+BSTR WINAPI allocate(const wchar_t* text, UINT length) {
+    return !text && withoutMemory-- > 0 ? nullptr : realAllocate(text, length);
 }
 
 struct Export : RegistryFixture {
@@ -231,4 +239,64 @@ TEST_CASE_FIXTURE(Export, "a value that memory is short for is left out by name,
     CHECK(shortage.wasFelt());
     CHECK(line(L"wide") == L"; not exported: [HKEY_LOCAL_MACHINE\\k] \"wide\"\r\n");
     CHECK(line(L"z") == L"\"z\"=\"2\"\r\n");
+}
+
+TEST_CASE_FIXTURE(Export,
+                  "where the text finds no memory it is tried with ever smaller values, down to 4 KiB") {
+    const size_t sizes[] = {1 << 12, (1 << 12) + 1, 1 << 16, (1 << 16) + 1, 1 << 20, (1 << 20) + 1};
+    for (size_t size : sizes) setBytes(hklm, L"k", std::to_wstring(size), REG_BINARY, std::string(size, 'x'));
+    const ReplacedImport scarce("SysAllocStringLen", &allocate, realAllocate);
+    auto access = make<helmkit::server::RegistryAccess>();
+    LONG hive = static_cast<LONG>(0x80000002);
+    const win32::BString path(L"k");
+    const struct {
+        int failures;
+        size_t largest;
+    } rows[] = {{0, SIZE_MAX}, {1, 16 << 20}, {2, 1 << 20}, {3, 1 << 16}, {4, 1 << 12}};
+    for (const auto& row : rows) {
+        CAPTURE(row.failures);
+        BSTR given = path.get();
+        withoutMemory = row.failures;
+        const std::wstring text =
+            stringFrom([&](BSTR* text) { return access->ExportKey(&hive, &given, text); });
+        for (size_t size : sizes) {
+            const bool isOmitted = text.find(L"] \"" + std::to_wstring(size) + L"\"") != std::wstring::npos;
+            CHECK(isOmitted == (size > row.largest));
+        }
+    }
+    BSTR given = path.get();
+    win32::BString text;
+    withoutMemory = 5;
+    CHECK(access->ExportKey(&hive, &given, text.out()) == E_OUTOFMEMORY);
+    withoutMemory = 2;
+    const std::wstring name = std::to_wstring(sizes[5]);
+    const std::wstring one =
+        stringFrom([&](BSTR* text) { return access->ExportValue(hive, given, bs(name).get(), text); });
+    CHECK(one ==
+          L"\r\n[HKEY_LOCAL_MACHINE\\k]\r\n; not exported: [HKEY_LOCAL_MACHINE\\k] \"" + name + L"\"\r\n");
+    withoutMemory = 0;
+}
+
+TEST_CASE("a text in pieces goes on in its last one until that is long, and is moved as one") {
+    helmkit::TextPieces pieces;
+    CHECK(pieces.length() == 0);
+    CHECK(pieces.text().empty());
+    std::wstring& first = pieces.end();
+    first.assign((1 << 18) - 1, L'a');
+    CHECK(&pieces.end() == &first);
+    first += L'b';
+    std::wstring& second = pieces.end();
+    CHECK(&second != &first);
+    second = L"cd";
+    CHECK(&pieces.end() == &second);
+    pieces.startPiece() = L"e";
+    const std::wstring whole = std::wstring((1 << 18) - 1, L'a') + L"bcde";
+    CHECK(pieces.length() == whole.size());
+    std::wstring moved(whole.size() + 1, L'#');
+    bool isSame = pieces.text() == whole;
+    CHECK(isSame);
+    pieces.moveTo(moved.data());
+    isSame = moved == whole + L'#';
+    CHECK(isSame);
+    CHECK(pieces.length() == 0);
 }

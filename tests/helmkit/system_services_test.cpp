@@ -6,6 +6,7 @@
 
 #include "tests/support/objects.h"
 #include "tests/support/scripted_desktop.h"
+#include "tests/support/scripted_parameters.h"
 #include "win32/files/files.h"
 #include "win32/system/environment.h"
 #include "win32/system/system.h"
@@ -137,6 +138,58 @@ TEST_CASE_FIXTURE(Services, "an array may be of every type that has a text") {
     }
 }
 
+TEST_CASE_FIXTURE(Services, "an array of none of a type that may have a text gives no arguments") {
+    for (VARTYPE type : {VT_I1,  VT_UI1,  VT_I2,      VT_UI2,   VT_BOOL,     VT_I4,      VT_UI4,
+                         VT_INT, VT_UINT, VT_R4,      VT_ERROR, VT_I8,       VT_UI8,     VT_R8,
+                         VT_CY,  VT_DATE, VT_DECIMAL, VT_BSTR,  VT_DISPATCH, VT_UNKNOWN, VT_VARIANT}) {
+        CAPTURE(type);
+        CHECK(format(L"%1", Array(type, 0)) == L"%1");
+    }
+    win32::Variant none;
+    none.parray = nullptr;
+    none.vt = VT_ARRAY | VT_VARIANT;
+    CHECK(format(L"%1", none) == L"%1");
+}
+
+TEST_CASE_FIXTURE(Services,
+                  "an array of errors has empty texts, one of texts each of its own, from any bound on") {
+    CHECK(format(L"[%1][%2][%3]", Array(VT_ERROR, 2)) == L"[][][%3]");
+    for (LONG first : {-1, 0, 1, 5}) {
+        Array texts(VT_BSTR, 2, first);
+        texts.put(first, bs(L"a").get());
+        texts.put(first + 1, bs(L"b").get());
+        CHECK(format(L"%1%2%3", texts) == L"ab%3");
+        CHECK(texts.parray->cLocks == 0);
+    }
+}
+
+namespace {
+
+// An object whose value is asked for while the array that holds it is at work.
+struct Watching : FixtureDispatch<IDispatch> {
+    SAFEARRAY* array = nullptr;
+    ULONG locks = 0;
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*,
+                                     UINT*) override {
+        locks = array->cLocks;
+        result->vt = VT_BSTR;
+        result->bstrVal = win32::BString(L"value").release();
+        return S_OK;
+    }
+};
+
+}  // namespace
+
+TEST_CASE_FIXTURE(Services, "an object's text is its value, and its array stays where it is meanwhile") {
+    Watching object;
+    Array objects(VT_DISPATCH, 1);
+    object.array = objects.parray;
+    objects.put(0, static_cast<IDispatch*>(&object));
+    CHECK(format(L"%1", objects) == L"value");
+    CHECK(object.locks == 1);
+    CHECK(objects.parray->cLocks == 0);
+}
+
 TEST_CASE_FIXTURE(Services, "arguments without a text and arrays that are not what they claim are refused") {
     auto refused = [&](VARIANT& arguments) {
         win32::BString result;
@@ -151,7 +204,15 @@ TEST_CASE_FIXTURE(Services, "arguments without a text and arrays that are not wh
         lying.parray = decimals.parray;
         CHECK(refused(lying));
     }
+    Array bytes(VT_UI1, 2);
     VARIANT lying;
+    lying.parray = bytes.parray;
+    for (VARTYPE claimed : {VT_EMPTY, VT_NULL, VT_LPWSTR, VT_CLSID, VT_RECORD, VT_I2}) {
+        CAPTURE(claimed);
+        lying.vt = static_cast<VARTYPE>(VT_ARRAY | claimed);
+        win32::BString result;
+        CHECK(system->FormatMessage(bs(L"%1").get(), lying, result.out()) == DISP_E_TYPEMISMATCH);
+    }
     lying.parray = numbers.parray;
     for (VARTYPE claimed : {VT_BSTR, VT_DISPATCH, VT_UNKNOWN, VT_R8}) {
         CAPTURE(claimed);
@@ -218,12 +279,17 @@ TEST_CASE_FIXTURE(Services,
     std::wstring first = fresh(L"sc"), second = fresh(L"sc");
     CHECK(first != second);
     CHECK(first.substr(0, temp.size() + 2) == temp + L"sc");
-    CHECK(first.find(L'.', temp.size()) == std::wstring::npos);
+    const std::wstring rest = first.substr(temp.size() + 2);
+    CHECK(rest.size() == 32);
+    CHECK(rest.find_first_not_of(L"0123456789ABCDEF") == std::wstring::npos);
+    CHECK(fresh(L"").size() == temp.size() + 32);
     CHECK_FALSE(win32::fileExists(first));
     win32::BString path;
-    for (const wchar_t* prefix : {L"..\\x", L"a/b", L"c:", L"*"}) {
-        CHECK(system->GetTempFileName(bs(prefix).get(), path.out()) == E_INVALIDARG);
+    for (wchar_t c : std::wstring(L"\\/:*?\"<>|\0", 10)) {
+        for (const std::wstring& prefix : {std::wstring(1, c), std::wstring{L'a', c}, std::wstring{c, L'b'}})
+            CHECK(system->GetTempFileName(bs(prefix).get(), path.out()) == E_INVALIDARG);
     }
+    CHECK(fresh(L"a.b~c").find(L"a.b~c") == temp.size());
 }
 
 TEST_CASE_FIXTURE(Services, "identifiers are unique and have no braces") {
@@ -263,6 +329,15 @@ TEST_CASE_FIXTURE(Services, "bytes are empty when there are none") {
     CHECK(isEmpty(nullptr));
     CHECK(isEmpty(Array(VT_UI1, 0).parray));
     CHECK_FALSE(isEmpty(Array(VT_UI1, 1).parray));
+    SAFEARRAY noDimension = {};
+    CHECK(isEmpty(&noDimension));
+    for (const auto& [one, other] : {std::pair(0u, 3u), {3u, 0u}, {2u, 3u}}) {
+        SAFEARRAYBOUND bounds[2] = {{one, 0}, {other, 0}};
+        win32::Variant table;
+        table.parray = ::SafeArrayCreate(VT_UI1, 2, bounds);
+        table.vt = VT_ARRAY | VT_UI1;
+        CHECK(isEmpty(table.parray) == (one == 0 || other == 0));
+    }
     VARIANT_BOOL answer = VARIANT_FALSE;
     CHECK(system->IsEmptyBytes(nullptr, &answer) == S_OK);
     CHECK(answer == VARIANT_TRUE);

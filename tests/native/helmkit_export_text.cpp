@@ -120,3 +120,38 @@ TEST_CASE("a key's header follows a blank line, its name as it is") {
     helmkit::appendKeyHeader(text, L"HKEY_CURRENT_USER\\a]\"b");
     CHECK((text == L"\r\n[HKEY_CURRENT_USER\\a]\"b]\r\n"));
 }
+
+TEST_CASE("in a comment every character that ends a line for somebody is written as its code, and no other") {
+    std::wstring text;
+    helmkit::appendOmittedKey(text, L"\x01\x1F\x20~\x7F\x80\x84\x85\x86\x2027\x2028\x2029\x202A", L"a\tb");
+    CHECK((text == L"; not exported: [\\u0001\\u001f ~\\u007f\x80\x84\\u0085\x86\x2027\\u2028\\u2029\x202A] "
+                   L"a\\u0009b\r\n"));
+    text.clear();
+    helmkit::appendOmittedKey(text, L"k", L"");
+    CHECK((text == L"; not exported: [k]\r\n"));
+    CHECK(helmkit::canBeWritten(L""));
+    CHECK(helmkit::canBeWritten(L"a\t\x0B\x0C\x0E\x01"));
+    for (wchar_t c : {L'\0', L'\r', L'\n'}) {
+        CHECK_FALSE(helmkit::canBeWritten(std::wstring{L'a', c}));
+        CHECK_FALSE(helmkit::canBeWritten(std::wstring{c, L'a'}));
+    }
+}
+
+TEST_CASE("room for a line is asked for once, and hardly more than it takes") {
+    const struct {
+        std::wstring name;
+        uint32_t type;
+        std::string data;
+        size_t left;  // of the room, where the last fold has none behind it
+    } rows[] = {{L"text", 1, win32::bytesOf(std::wstring(5000, L'\\') + L'\0'), 0},
+                {L"", 1, win32::bytesOf(std::wstring(5000, L'x') + L'\0'), 0},
+                {L"", 3, std::string(5000, 'x'), 6},
+                {L"bytes", 3, std::string(5010, 'x'), 6},
+                {L"words", 2, std::string(5024, 'x'), 1}};
+    for (const auto& row : rows) {
+        CAPTURE(&row - rows);
+        const std::wstring text = line(row.name, row.type, row.data);
+        CHECK(text.size() > 5000);
+        CHECK(text.capacity() - text.size() == row.left);
+    }
+}

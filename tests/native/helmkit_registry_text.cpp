@@ -43,6 +43,12 @@ TEST_CASE("registry data as text, whatever stands in it") {
     }
 }
 
+TEST_CASE("bytes as text take the room that they need and little more") {
+    const std::wstring text = helmkit::textOfValue(3, std::string(1000, 'x')).text;
+    CHECK(text.size() == 2999);
+    CHECK(text.capacity() <= 3000);
+}
+
 TEST_CASE("a string becomes data with its terminators") {
     CHECK(helmkit::dataOfString(1, L"ab") == "a\0b\0\0\0"s);
     CHECK(helmkit::dataOfString(2, L"") == "\0\0"s);

@@ -24,6 +24,10 @@ TEST_CASE("placeholders are filled in one pass") {
         {L"%%1", {L"a"}, L"%a"},
         {L"%12", {L"a"}, L"a2"},
         {L"%9", {L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8", L"nine"}, L"nine"},
+        {L"%1%2%9%:%;",
+         {L"1", L"2", L"3", L"4", L"5", L"6", L"7", L"8", L"9", L"ten", L"eleven"},
+         L"129%:%;"},
+        {L"%", {L"a"}, L"%"},
         {L"", {}, L""},
         {L"\0%1"s, {L"\0"s}, L"\0\0"s},
     };
@@ -45,6 +49,12 @@ TEST_CASE("text is escaped for XML content") {
         {std::wstring{wchar_t(0xD83D), L'a'}, L"&#65533;a"},
         {std::wstring{wchar_t(0xDE00), wchar_t(0xD83D)}, L"&#65533;&#65533;"},
         {L"]]>", L"]]&gt;"},
+        {L"\x0B\x0C\x0E ", L"&#65533;&#65533;&#65533; "},
+        {L"\xD7FF\xE000\xFFFC\xFFFD", L"&#55295;&#57344;&#65532;&#65533;"},
+        {L"\xD800\xDC00\xDBFF\xDFFF", L"&#65536;&#1114111;"},
+        {L"\xDBFF\xDBFF", L"&#65533;&#65533;"},
+        {L"\xDC00\xDFFF", L"&#65533;&#65533;"},
+        {L"\xD800\xDBFF\xDBFF\xE000", L"&#65533;&#65533;&#65533;&#57344;"},
         {L"", L""},
     };
     for (const Row& row : rows) CHECK((helmkit::xmlEscape(row.text) == row.escaped));
@@ -68,4 +78,11 @@ TEST_CASE("bytes as base64, without line breaks") {
     };
     for (const Row& row : rows) CHECK((helmkit::base64(row.bytes) == row.text));
     CHECK(helmkit::base64(std::string(300, 'x')).size() == 400);
+    // Every sign of it, in turn.
+    std::string bytes;
+    for (unsigned i = 0; i < 64; i += 4) {
+        const unsigned group = i << 18 | (i + 1) << 12 | (i + 2) << 6 | (i + 3);
+        for (int shift : {16, 8, 0}) bytes += static_cast<char>(group >> shift);
+    }
+    CHECK((helmkit::base64(bytes) == L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/"));
 }

@@ -30,6 +30,15 @@ TEST_CASE("a specification is looked for below the base path") {
         {L"\\x\\a.txt", L"C:\\base", L"C:\\x\\a.txt"},
         {L"\\x", L"\\\\server\\share\\base", L"\\\\server\\share\\x"},
         {L"..\\a", L"C:\\base", L"C:\\base\\..\\a"},
+        {L"C:", L"D:\\base", L"C:"},
+        {L"a", L"D:\\base", L"D:\\base\\a"},
+        {L"ab", L"D:\\base", L"D:\\base\\ab"},
+        {L"", L"D:\\base", L"D:\\base\\"},
+        {L"\\", L"D:\\base", L"D:\\"},
+        {L"/x", L"base", L"\\x"},
+        {L"\\x", L"\\\\server\\share", L"\\\\server\\share\\x"},
+        {L"\\x", L"\\\\server", L"\\\\server\\x"},
+        {L"a\\\\b", L"D:\\base", L"D:\\base\\a\\\\b"},
     };
     for (const Row& row : rows) CHECK((support::resolvedPath(row.spec, row.folder) == row.path));
 }
@@ -48,11 +57,33 @@ TEST_CASE("no name leads out of the folder that an archive is unpacked in") {
         {L"one\\..\\..\\a", L"a", L"a"},
         {L"one\\two\\..\\.\\a", L"a", L"one/a"},
         {L"C:\\\\x\\\\a", L"a", L"x/a"},
+        {L"\\\\server", L"server", L""},
+        {L"\\\\server\\", L"", L""},
+        {L"\\\\server\\share\\a", L"a", L"a"},
+        {L"C:", L"", L""},
+        {L"", L"", L""},
+        {L"a", L"a", L"a"},
+        {L"one\\two\\three\\..\\..\\a~b", L"a~b", L"one/a~b"},
+        {L"...\\.a\\..b\\", L"", L".../.a/..b"},
     };
     for (const Row& row : rows) {
         CHECK((support::storedName(row.path, false) == row.bare));
         CHECK((support::storedName(row.path, true) == row.withFolders));
     }
+}
+
+TEST_CASE("a path's last part is what stands behind its last separator") {
+    struct Row {
+        std::wstring folder, name;
+    };
+    const Row rows[] = {{L"C:\\a\\", L"b.txt"}, {L"a/", L"b"}, {L"C:", L"b"},   {L"", L"b"},     {L"", L""},
+                        {L"a\\", L""},          {L"", L"a~b"}, {L"C:\\", L"*"}, {L"a\\b/", L"c"}};
+    for (const Row& row : rows) {
+        CHECK((support::folderPart(row.folder + row.name) == row.folder));
+        CHECK((support::namePart(row.folder + row.name) == row.name));
+    }
+    for (const wchar_t* text : {L"*", L"?", L"a*b", L"a?"}) CHECK(support::hasWildcard(text));
+    for (const wchar_t* text : {L"", L"a", L"a~b"}) CHECK_FALSE(support::hasWildcard(text));
 }
 
 TEST_CASE("wildcards") {
@@ -78,6 +109,18 @@ TEST_CASE("wildcards") {
         {L"sub/a.txt", L"*.txt", true},
         {L"aaab", L"*ab", true},
         {L"a.txt.bak", L"*.txt", false},
+        {L"a", L"*?", true},
+        {L"ab", L"*?*", true},
+        {L"", L"*?*", false},
+        {L"a", L"**", true},
+        {L"abcabd", L"*abd", true},
+        {L"abcabdx", L"*abd", false},
+        {L"abab", L"ab", false},
+        {L"ab", L"abab", false},
+        {L"abcbc", L"a*bc", true},
+        {L"xabcbc", L"a*bc", false},
+        {L"a", L"*.*", true},
+        {L"a", L"*.*~", false},
     };
     for (const Row& row : rows) {
         CAPTURE(&row - rows);

@@ -249,6 +249,23 @@ TEST_CASE_FIXTURE(Sender, "an unreadable state is waited out, and no success") {
     CHECK(reason == L"untouched");
 }
 
+TEST_CASE_FIXTURE(Sender, "a state that can be read no longer counts as none") {
+    struct : ScriptedSurroundings {
+        using ScriptedSurroundings::ScriptedSurroundings;
+        std::set<std::wstring>* failing = nullptr;
+        void sleep(DWORD milliseconds) override {
+            *failing = {L"readyState"};
+            ScriptedSurroundings::sleep(milliseconds);
+        }
+    } later{request, desktop};
+    later.failing = &request.failing;
+    request.readyStates = {1};
+    support::cl other(L"http://endpoint.example/", later);
+    CHECK_FALSE(other.Do1(log.logger(), L"c", nullptr, reason));
+    CHECK(reason == L"untouched");
+    CHECK_FALSE(called(L"abort"));
+}
+
 TEST_CASE_FIXTURE(Sender,
                   "the wait ends with the twentieth second of the clock, in steps of 5 milliseconds") {
     struct Row {
@@ -275,6 +292,21 @@ TEST_CASE_FIXTURE(Sender, "the wait ends as soon as the answer is complete, and 
     CHECK(send());
     CHECK(surroundings.sleeps == 5);
     CHECK(window.messages == 1);
+}
+
+TEST_CASE_FIXTURE(Sender, "the logger is kept until the sender goes") {
+    const auto writer = win32::create<ILogWriter>(CLSID_LogWriter, IID_ILogWriter);
+    const auto references = [&] {
+        writer->AddRef();
+        return writer->Release();
+    };
+    const ULONG before = references();
+    {
+        support::cl other(L"http://endpoint.example/", surroundings);
+        CHECK(other.Do1(helmkit::Logger(writer.get()), L"c", nullptr, reason));
+        CHECK(references() == before + 1);
+    }
+    CHECK(references() == before);
 }
 
 TEST_CASE_FIXTURE(Sender, "without the companion library nothing is thrown, and an empty request is sent") {

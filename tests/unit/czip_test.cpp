@@ -2,10 +2,7 @@
 // tests/support_request.
 #include <doctest/doctest.h>
 
-#include "support/cZip.h"
-#include "tests/support/temp_folder.h"
-#include "tests/support/text.h"
-#include "tests/support/zip_listing.h"
+#include "tests/support/zipper.h"
 #include "win32/base/error.h"
 #include "win32/base/handle.h"
 #include "win32/base/text.h"
@@ -18,39 +15,7 @@ std::wstring currentFolder() {
     return folder;
 }
 
-struct Zipper {
-    TempFolder folder;
-    support::cZip zip;
-    std::wstring archive = folder.file(L"archive.zip");
-
-    Zipper() { zip.ZipFile = archive; }
-
-    std::wstring file(const std::wstring& name, const std::string& content = "text", DWORD attributes = 0) {
-        TempFolder::write(folder.file(name), content);
-        if (attributes) REQUIRE(::SetFileAttributesW(folder.file(name).c_str(), attributes));
-        return folder.file(name);
-    }
-    std::vector<std::string> names() const {
-        std::vector<std::string> result;
-        for (const ZipEntry& entry : entriesOf(TempFolder::read(archive))) result.push_back(entry.name);
-        return result;
-    }
-    // The number of what Zip throws, 0 for nothing.
-    long failure() {
-        try {
-            zip.Zip();
-            return 0;
-        } catch (const win32::Error& error) {
-            return error.number;
-        }
-    }
-};
-
 using Names = std::vector<std::string>;
-
-long win32Failure(DWORD code) {
-    return HRESULT_FROM_WIN32(code);
-}
 
 }  // namespace
 

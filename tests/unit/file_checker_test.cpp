@@ -145,6 +145,10 @@ TEST_CASE_FIXTURE(PageFixture, "a file's checksum comes with its size; a missing
     CHECK(files::FileChecksum(folder.file(L"missing"), size) == 0);
     CHECK(size == 0);
     CHECK(files::FileChecksum(L"", size) == 0);
+    size = -1;
+    classes.revoke();
+    CHECK(files::FileChecksum(folder.file(L"a"), size) == 0);
+    CHECK(size == 0);
 }
 
 TEST_CASE_FIXTURE(PageFixture, "the properties dialog is asked of the shell with exactly its record") {

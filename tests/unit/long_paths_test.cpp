@@ -8,6 +8,7 @@
 #include "files/long_paths.h"
 #include "startup/ucRun.h"
 #include "tests/support/page_fixture.h"
+#include "tests/support/replaced_import.h"
 #include "win32/base/path.h"
 #include "win32/base/text.h"
 #include "win32/files/files.h"
@@ -43,6 +44,17 @@ std::wstring shortNameOf(const std::wstring& path) {
     win32::OwnedFind search(::FindFirstFileW(path.c_str(), &found));
     REQUIRE(search);
     return found.cAlternateFileName[0] ? found.cAlternateFileName : found.cFileName;
+}
+
+int searches = 0;
+
+template <class Char, class Data>
+HANDLE(WINAPI* realFind)
+(const Char*, Data*);
+template <class Char, class Data>
+HANDLE WINAPI countedFind(const Char* path, Data* data) {
+    ++searches;
+    return realFind<Char, Data>(path, data);
 }
 
 struct Tree : PageFixture {
@@ -166,6 +178,64 @@ TEST_CASE_FIXTURE(Tree, "each kind of name gets the long path that Windows gives
             }
         }
     }
+}
+
+// A name that no file has: told as it is when it can only be a long one; looked for once when it may be a
+// short one; left to Windows, which has no long path for it, when it is neither for sure.
+TEST_CASE_FIXTURE(Tree,
+                  "only what may be a short name is looked for, and only what is unsure is left to Windows") {
+    const std::wstring base = folder.path() + L"\\short\\";
+    files::LongPaths paths;
+    paths.of(base + L"plain");
+    const ReplacedImport wideCall("FindFirstFileW", &countedFind<wchar_t, WIN32_FIND_DATAW>,
+                                  realFind<wchar_t, WIN32_FIND_DATAW>);
+    const ReplacedImport ansiCall("FindFirstFileA", &countedFind<char, WIN32_FIND_DATAA>,
+                                  realFind<char, WIN32_FIND_DATAA>);
+    const auto searchesFor = [&](const std::wstring& name, bool isTold) {
+        CAPTURE(name);
+        searches = 0;
+        CHECK(paths.of(base + name) == (isTold ? base + name : std::wstring()));
+        return searches;
+    };
+    for (const wchar_t* name : {L"NineChars.abc", L"nine~char", L"Absent.four", L"none.a.b", L"NineChars.a+b",
+                                L"Nine Chars.abc", L".absent", L"Absent.a..b", L"EightChr.Abc.d"})
+        CHECK(searchesFor(name, true) == 0);
+    for (const wchar_t* name :
+         {L"EightChx.Abx", L"a", L"absent.x", L"_-~$#&()", L"@!'`^{}%.zzz", L"AZaz09.AZ9"})
+        CHECK(searchesFor(name, false) == 1);
+    for (const wchar_t* name : {L"a+b", L"a b", L".abc", L"a.x=y", L"[a]", L"a,b", L"a;b",
+                                L"NineChars\x7F.abc", L"NineChars\x1F.abc", L"NineChars\xFC.abc"})
+        CHECK(searchesFor(name, false) == 0);
+    for (wchar_t c = 0x20; c < 0x7F; ++c) {
+        const bool isSeparator = std::wstring(L"\\/:*?\"<>|. ").find(c) != std::wstring::npos;
+        if (isSeparator) continue;
+        const bool isShort = (c >= L'0' && c <= L'9') || (c >= L'A' && c <= L'Z') ||
+                             (c >= L'a' && c <= L'z') ||
+                             std::wstring(L"_-~$#&()@!'`^{}%").find(c) != std::wstring::npos;
+        CHECK(searchesFor(std::wstring(L"zz") + c, false) == (isShort ? 1 : 0));
+        CHECK(searchesFor(std::wstring(L"LongName") + c, true) == 0);
+    }
+}
+
+TEST_CASE_FIXTURE(Tree,
+                  "a path of the greatest length is Windows' own business, and so is a drive by itself") {
+    const std::wstring base = folder.path() + L"\\short\\";
+    files::LongPaths paths;
+    for (size_t length : {MAX_PATH - 2, MAX_PATH - 1, MAX_PATH, MAX_PATH + 1}) {
+        const std::wstring path = base + std::wstring(length - base.size(), L'n');
+        CHECK(paths.of(path) == (length < MAX_PATH ? path : std::wstring()));
+    }
+    CHECK(paths.of(L"C:\\windows") == win32::longPath(L"C:\\windows"));
+    CHECK(paths.of(L"C:\\LongName That Is Absent") == L"C:\\LongName That Is Absent");
+    CHECK(paths.of(L"C:\\") == win32::longPath(L"C:\\"));
+    CHECK(paths.of(L"LongName That Is Absent").empty());
+    CHECK(paths.of(L"C:LongName That Is Absent").empty());
+    for (const wchar_t* name :
+         {L"LongName.Absent/x", L"LongName:Absent", L"LongName*Absent", L"LongName?Absent",
+          L"LongName\"Absent", L"LongName<Absent", L"LongName>Absent", L"LongName|Absent",
+          L"LongName.Absent.", L"LongName.Absent ", L"\\LongName.Absent", L".\\LongName.Absent",
+          L"two \\LongName.Absent"})
+        CHECK(paths.of(base + name) != base + name);
 }
 
 TEST_CASE_FIXTURE(Tree, "what is not from a drive's root or not plain goes to Windows whole") {

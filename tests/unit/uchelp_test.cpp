@@ -46,6 +46,15 @@ TEST_CASE_FIXTURE(Help,
     }
 }
 
+TEST_CASE_FIXTURE(Help, "the label is a text without access keys, and has no size before there is room") {
+    CHECK(win32::windowText(page.handle()) == L"ucHelp1");
+    const LONG style = WS_CHILD | WS_VISIBLE | SS_NOPREFIX;
+    CHECK((::GetWindowLongW(label, GWL_STYLE) & style) == style);
+    CHECK(::GetWindowLongW(label, GWL_EXSTYLE) == 0);
+    resize(300, 100);
+    CHECK(labelSize() == Size{0, 0});
+}
+
 TEST_CASE_FIXTURE(Help, "a narrow or a short page leaves the label nothing, and never less") {
     resize(6000, 3000);
     resize(1800, 3000);
