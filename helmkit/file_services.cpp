@@ -46,7 +46,9 @@ class ByteArray {
     explicit ByteArray(size_t size) : array_(::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(size))) {
         if (!array_) win32::raise(E_OUTOFMEMORY, L"Out of memory");
     }
-    ~ByteArray() { ::SafeArrayDestroy(array_); }
+    ~ByteArray() {
+        if (array_) ::SafeArrayDestroy(array_);
+    }
     ByteArray(const ByteArray&) = delete;
     ByteArray& operator=(const ByteArray&) = delete;
     void* data() { return array_->pvData; }

@@ -65,6 +65,7 @@ const KeyedList::Entry& KeyedList::entryOf(std::wstring_view key) {
 }
 
 const KeyedList::Entry& KeyedList::entryOf(const VARIANT& keyOrPosition) {
+    if (keyOrPosition.vt == VT_BSTR) return entryOf(win32::BString::view(keyOrPosition.bstrVal));
     win32::Variant asked = copyOf(keyOrPosition);
     if (asked.vt == VT_BSTR) return entryOf(win32::BString::view(asked.bstrVal));
     win32::check(::VariantChangeType(&asked, &asked, 0, VT_I4));

@@ -81,8 +81,10 @@ std::string timeText(const LogTime& time) {
 
 std::string logLine(std::string_view time, int32_t code, std::wstring_view text, int32_t level,
                     std::wstring_view source) {
-    const size_t lineEnd = 2;
+    const size_t numbersAndEnds = 30, lineEnd = 2;
     std::string line;
+    line.reserve(time.size() + win32::utf8Room(std::min(source.size(), longestSource)) +
+                 win32::utf8Room(std::min(text.size(), longestLine)) + numbersAndEnds);
     line += time;
     line += '\t';
     line += std::to_string(level);

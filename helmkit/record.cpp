@@ -36,6 +36,8 @@ STDMETHODIMP Record::SetField(BSTR name, VARIANT value) {
         auto isOfField = [&](const Entry& entry) { return entry.name == known; };
         auto present = std::find_if(entries_.begin(), entries_.end(), isOfField);
         if (present == entries_.end()) {
+            // Startup entries have five to seven fields.
+            if (entries_.empty()) entries_.reserve(7);
             entries_.push_back({known, std::move(converted)});
             return;
         }

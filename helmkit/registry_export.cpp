@@ -64,6 +64,7 @@ LONG Exporter::read(Ask ask) {
     try {
         return ask();
     } catch (const std::bad_alloc&) {
+        value_ = {};
         return ERROR_OUTOFMEMORY;
     }
 }
@@ -73,6 +74,7 @@ void Exporter::appendRead(const std::wstring& key, const std::wstring& name) {
         if (value_.data.size() <= largest_) return appendLine(key, name);
     } catch (const std::bad_alloc&) {
     }
+    value_ = {};
     appendOmittedValue(text_.end(), key, name);
 }
 

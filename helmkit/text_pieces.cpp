@@ -25,6 +25,7 @@ void TextPieces::moveTo(wchar_t* at) {
 
 std::wstring TextPieces::text() const {
     std::wstring whole;
+    whole.reserve(length());
     for (const std::wstring& piece : pieces_) whole += piece;
     return whole;
 }

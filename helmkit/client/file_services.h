@@ -28,7 +28,9 @@ class FileServices {
         Bytes() = default;
         Bytes(Bytes&& other) noexcept : array(std::exchange(other.array, nullptr)) {}
         Bytes& operator=(Bytes&&) = delete;
-        ~Bytes() { ::SafeArrayDestroy(array); }
+        ~Bytes() {
+            if (array) ::SafeArrayDestroy(array);
+        }
     };
     Bytes ReadFileBytes(const std::wstring& path);
 
