@@ -83,11 +83,15 @@ class Worker(threading.Thread):
             self.failure = failure
 
     def work(self, windows):
-        with self.lock:
+        with self.lock:  # in turn, so that what the first has compiled is there for the next
             tree = Tree(TOP, self.folder / 'tree')
-        parts = stages(tree, Builder(tree.folder, max(1, os.cpu_count() // self.options.jobs)), windows)
-        if self.options.quick:
-            parts = [stage for stage in parts if not isinstance(stage, Late)]
+            builder = Builder(tree.folder, os.cpu_count())
+            parts = stages(tree, builder, windows)
+            if self.options.quick:
+                parts = [stage for stage in parts if not isinstance(stage, Late)]
+            for stage in [stage for stage in parts if not isinstance(stage, Late)]:
+                stage.build()
+        builder.jobs = max(1, os.cpu_count() // self.options.jobs)
         for stage in parts:
             stage.prepare()
         for mutant in iter(self.next_mutant, None):
