@@ -77,6 +77,18 @@ TEST_CASE_FIXTURE(Answers, "a page answers 0 to what it has done, and 1 where th
     CHECK(notified(page.handle(), 99, static_cast<UINT>(NM_RCLICK)) == 0);
 }
 
+TEST_CASE_FIXTURE(Answers, "only a page that marks values takes part in the drawing of its list") {
+    PageOf<startup::ucOther> custom(parent.handle());
+    auto answerOf = [](startup::StartupListControl& asked) {
+        NMLVCUSTOMDRAW draw = {};
+        draw.nmcd.hdr = {asked.ListViewObject().window(), 101, static_cast<UINT>(NM_CUSTOMDRAW)};
+        draw.nmcd.dwDrawStage = CDDS_PREPAINT;
+        return sent(asked.handle(), WM_NOTIFY, 101, reinterpret_cast<LPARAM>(&draw));
+    };
+    CHECK(answerOf(page) == CDRF_DODEFAULT);
+    CHECK(answerOf(custom) == CDRF_NOTIFYITEMDRAW);
+}
+
 TEST_CASE_FIXTURE(Answers, "the file box follows a selection that has changed, and nothing else") {
     fill();
     const std::wstring file = page.rows()[0].file;
