@@ -1,5 +1,6 @@
 // What becomes of the entries of an archive, option by option, and what is told on the way.
 #include <algorithm>
+#include <cstdint>
 #include <functional>
 
 #include <doctest/doctest.h>
