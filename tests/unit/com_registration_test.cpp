@@ -21,8 +21,9 @@ std::wstring wide(const char* text) {
 // The third value of that name is refused.
 int asked = 0;
 template <class Char>
-LONG(WINAPI* realSet)
-(HKEY, const Char*, DWORD, DWORD, const BYTE*, DWORD);
+using SetValue = LONG(WINAPI*)(HKEY, const Char*, DWORD, DWORD, const BYTE*, DWORD);
+template <class Char>
+SetValue<Char> realSet;
 template <class Char>
 LONG WINAPI setValue(HKEY key, const Char* name, DWORD reserved, DWORD type, const BYTE* data, DWORD size) {
     if (wide(name) == L"ThreadingModel" && ++asked == 3) return ERROR_DISK_FULL;

@@ -49,8 +49,9 @@ std::wstring shortNameOf(const std::wstring& path) {
 int searches = 0;
 
 template <class Char, class Data>
-HANDLE(WINAPI* realFind)
-(const Char*, Data*);
+using Find = HANDLE(WINAPI*)(const Char*, Data*);
+template <class Char, class Data>
+Find<Char, Data> realFind;
 template <class Char, class Data>
 HANDLE WINAPI countedFind(const Char* path, Data* data) {
     ++searches;
