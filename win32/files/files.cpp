@@ -12,6 +12,7 @@ namespace {
 
 const DWORD notThere = INVALID_FILE_ATTRIBUTES;
 const DWORD pathRoom = 2000;
+const DWORD patience = 1000;  // milliseconds
 
 OwnedFile opened(const std::wstring& path, DWORD access, DWORD disposition,
                  DWORD flags = FILE_ATTRIBUTE_NORMAL) {
@@ -36,6 +37,23 @@ uint64_t sizeOf(HANDLE file, const std::wstring& path) {
     if (low == INVALID_FILE_SIZE && ::GetLastError() != ERROR_SUCCESS) raiseLastError(path);
     return static_cast<uint64_t>(high) << 32 | low;
 }
+
+// What one has to itself while it lives. Where another keeps it longer than any write takes, or it is none,
+// it is done without.
+class Turn {
+  public:
+    explicit Turn(OwnedObject& turns) : turns_(turns) {
+        const DWORD answer = turns_ ? ::WaitForSingleObject(turns_.get(), patience) : WAIT_FAILED;
+        if (answer != WAIT_OBJECT_0 && answer != WAIT_ABANDONED) turns_.reset();
+    }
+    Turn(const Turn&) = delete;
+    ~Turn() {
+        if (turns_) ::ReleaseMutex(turns_.get());
+    }
+
+  private:
+    OwnedObject& turns_;
+};
 
 }  // namespace
 
@@ -126,9 +144,13 @@ AppendFile::AppendFile(const std::wstring& path, Links links) : path_(path) {
                          (found.dwFileAttributes & FILE_ATTRIBUTE_REPARSE_POINT))) {
         raiseWin32(ERROR_ACCESS_DENIED, path);
     }
+    // Windows 95, 98 and Me go to the end and write in two steps: between them another run's line would be
+    // written over.
+    if (!isNt) turns_.reset(::CreateMutexA(nullptr, FALSE, "Quillon appends"));
 }
 
 void AppendFile::write(const std::string& bytes) {
+    const Turn turn(turns_);
     if (flavour() == Flavour::ansi) ::SetFilePointer(file_.get(), 0, nullptr, FILE_END);
     DWORD size = static_cast<DWORD>(bytes.size());
     DWORD written = 0;

@@ -62,8 +62,8 @@ class FileReader {
 // that is replaced keeps its attributes and, on the NT family, its access rights; a read-only one is refused.
 void replaceFile(const std::wstring& path, const std::string& bytes);
 
-// A file open for appending, made if absent. Others may read and append meanwhile: on the NT family each
-// write goes to the end at that moment.
+// A file open for appending, made if absent. Others may read and append meanwhile: each write goes to the end
+// at that moment, on the NT family by the system itself.
 class AppendFile {
   public:
     AppendFile() = default;
@@ -74,14 +74,14 @@ class AppendFile {
   private:
     std::wstring path_;
     OwnedFile file_;
+    OwnedObject turns_;  // a mutex, before the NT family
 };
 
 // What SearchPath finds without a path and an extension of its own; empty when it finds nothing or 2000
 // characters or more.
 std::wstring searchPath(const std::wstring& name);
 
-// The long form of a path; empty when it does not exist, takes 2000 characters or more, or Windows (95, NT 4)
-// cannot tell.
+// The long form of a path; empty when it does not exist, or takes 2000 characters or more.
 std::wstring longPath(const std::wstring& path);
 
 }  // namespace win32
