@@ -46,6 +46,7 @@ void forceFlavour(Flavour flavour);
     X(getEnvironmentVariable, GetEnvironmentVariable) \
     X(getFileAttributes, GetFileAttributes)           \
     X(getFullPathName, GetFullPathName)               \
+    X(getLongPathName, GetLongPathName)               \
     X(getMessage, GetMessage)                         \
     X(getModuleFileName, GetModuleFileName)           \
     X(getModuleHandle, GetModuleHandle)               \

@@ -172,13 +172,9 @@ std::wstring searchPath(const std::wstring& name) {
 std::wstring longPath(const std::wstring& path) {
     if (!isExactName(path)) return {};
     return withFlavour([&]<class F>(F f) {
-        using GetLongPathName = DWORD(WINAPI*)(const typename F::Char*, typename F::Char*, DWORD);
-        static const auto getLongPathName = systemProcedure<GetLongPathName>(
-            L"kernel32.dll", f.isWide ? "GetLongPathNameW" : "GetLongPathNameA");
-        if (!getLongPathName) return std::wstring();
         NoFileRedirection off;
         TextBuffer<F> buffer(pathRoom);
-        DWORD length = getLongPathName(f.in(path), buffer.data(), pathRoom);
+        DWORD length = f.getLongPathName(f.in(path), buffer.data(), pathRoom);
         return length < pathRoom ? buffer.text(length) : std::wstring();
     });
 }
