@@ -4,8 +4,10 @@
 #include <doctest/doctest.h>
 
 #include <algorithm>
+#include <tuple>
 #include <vector>
 
+#include "tests/support/looked_up.h"
 #include "tests/support/registry_fixture.h"
 #include "tests/support/text.h"
 #include "win32/base/flavour.h"
@@ -37,6 +39,26 @@ struct Data {
         return ERROR_SUCCESS;
     }
 };
+
+struct QueryKey {
+    static constexpr const char* name = "NtQueryKey";
+    using Function = LONG(WINAPI*)(HANDLE, int, void*, ULONG, ULONG*);
+};
+const LookedUp<QueryKey> queryKey;
+
+int askedClass = 0;
+// What the keys are called, in turn; none for what cannot be told.
+std::vector<std::string> keyNames;
+
+LONG WINAPI tellName(HANDLE, int information, void* bytes, ULONG room, ULONG* size) {
+    askedClass = information;
+    const std::string name = keyNames.front();
+    keyNames.erase(keyNames.begin());
+    REQUIRE(name.size() <= room);
+    std::copy(name.begin(), name.end(), static_cast<char*>(bytes));
+    *size = static_cast<ULONG>(name.size());
+    return name.empty() ? -1 : 0;
+}
 
 struct Keys : RegistryFixture {
     RegistryKey key;
@@ -229,4 +251,34 @@ TEST_CASE_FIXTURE(Keys, "a tree goes with what is below it, never a whole hive, 
     CHECK_FALSE(hasKey(machine, L"top"));
     CHECK(hasKey(machine, L"topper"));
     CHECK(win32::checkSubkey(machine, L"topper") == ERROR_SUCCESS);
+}
+
+TEST_CASE_FIXTURE(Keys, "an ordinary key with the value of a link is where its path leads, if that is told") {
+    const std::string target("\\\0R\0", 4);
+    const auto isLink = [&] {
+        REQUIRE(key.openLink(machine, L"top", KEY_READ) == ERROR_SUCCESS);
+        return key.isLink();
+    };
+    setBytes(machine, L"top", L"SymbolicLinkValue", REG_BINARY, target);
+    CHECK_FALSE(isLink());
+    setBytes(machine, L"top", L"SymbolicLinkValue", REG_LINK, target);
+    CHECK_FALSE(isLink());
+    if (win32::flavour() == win32::Flavour::ansi) return;  // no links there
+    const ReplacedLookUp<QueryKey> told(&tellName);
+    for (const auto& [one, other, leadsElsewhere] :
+         {std::tuple("one", "one", false), {"one", "other", true}, {"", "", true}, {"one", "", true}}) {
+        CAPTURE(one);
+        CAPTURE(other);
+        keyNames = {one, other};
+        askedClass = 0;
+        CHECK(isLink() == leadsElsewhere);
+        CHECK(askedClass == 3);
+    }
+}
+
+TEST_CASE_FIXTURE(Keys, "before the NT family a key under one that several are listed as is not opened") {
+    for (const wchar_t* path : {L"a \x0416\\below", L"a ?\\below", L"b ?\\below"}) makeKey(machine, path);
+    const bool isAnsi = win32::flavour() == win32::Flavour::ansi;
+    CHECK(key.open(machine, L"b ?\\below", KEY_READ) == ERROR_SUCCESS);
+    CHECK(key.open(machine, L"a ?\\below", KEY_READ) == (isAnsi ? ERROR_INVALID_NAME : ERROR_SUCCESS));
 }

@@ -3,6 +3,7 @@
 
 #include <map>
 
+#include "files/reach.h"
 #include "startup/ucRun.h"
 #include "tests/support/page_fixture.h"
 #include "win32/base/platform.h"
@@ -89,4 +90,16 @@ TEST_CASE_FIXTURE(Unreachable, "other errors of a root say nothing of its files"
         refresh();
         CHECK(count(L"A description") == 20);
     }
+}
+
+TEST_CASE_FIXTURE(Unreachable, "for a path without a root none is asked") {
+    errors = {{L"", ERROR_NOT_READY}, {drive, ERROR_NOT_READY}};
+    files::Reach reach;
+    for (const wchar_t* path : {L"", L"a.exe", L"\\a.exe", L"sub\\a.exe", L"C:a.exe"}) {
+        CAPTURE(path);
+        CHECK_FALSE(reach.isBeyond(path));
+    }
+    CHECK(asked.empty());
+    CHECK(reach.isBeyond(drive + L"a.exe"));
+    CHECK(asked[drive] == 1);
 }

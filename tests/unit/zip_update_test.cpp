@@ -421,6 +421,11 @@ TEST_CASE_FIXTURE(Updater, "deleting means whole names, bare ones where there ar
         CHECK(number == win32Failure(ERROR_FILE_NOT_FOUND));
         CHECK(description.find(archive) == 0);
     }
+    SUBCASE("everything of nothing is not found") {
+        TempFolder::write(archive, handmadeZip({}));
+        list({L"*"});
+        CHECK(deletionFailure().first == win32Failure(ERROR_FILE_NOT_FOUND));
+    }
 }
 
 TEST_CASE_FIXTURE(Updater,
