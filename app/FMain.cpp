@@ -192,7 +192,6 @@ void FMain::onResolutionChanged(int dpi, const RECT& place) {
         ::GetClientRect(shown.window(), &client);
         win32::send(shown.window(), WM_SIZE, SIZE_RESTORED, MAKELPARAM(client.right, client.bottom));
     }
-    win32::redrawAll(handle());
 }
 
 void FMain::onCommand(UINT command) {

@@ -30,8 +30,7 @@ bool hasNoResource(DWORD error) {
 // Windows opens the file as LoadLibrary would: a name without a folder is searched for, and one without an
 // extension means the library of that name, unless it ends with a point.
 std::wstring asOpened(const std::wstring& path) {
-    const size_t name = path.find_last_of(L"\\/") + 1;
-    return path.find(L'.', name) == std::wstring::npos ? path + L'.' : path;
+    return path.find(L'.', path.find_last_of(L"\\/")) == std::wstring::npos ? path + L'.' : path;
 }
 
 // Pages of zeros, of which only those that are touched cost anything.
