@@ -134,6 +134,17 @@ TEST_CASE_FIXTURE(Other, "registry places: row text, icon, what a restore writes
     }
 }
 
+TEST_CASE_FIXTURE(Other, "a record has the place's texts, icon and number under their names") {
+    registry.setString(machine, winlogon, L"shell", L"evil.exe");
+    init();
+    REQUIRE(list.count() == 1);
+    const helmkit::Record& item = page.itemOf(0).record();
+    CHECK(item.text(L"Name") == L"OS shell particular to the computer (for any user)");
+    CHECK(item.text(L"Manufacturer") == L"evil.exe");
+    CHECK(item.text(L"GridIcon") == L"i");
+    CHECK(item.number(L"Place") == page.itemOf(0).place());
+}
+
 TEST_CASE_FIXTURE(Other, "UIHost is written only on Windows XP and deleted on any other version") {
     for (DWORD version :
          {ScriptedDesktop::windows2000, ScriptedDesktop::windows2003, ScriptedDesktop::windows98}) {
