@@ -33,6 +33,8 @@ class Exporter {
   private:
     template <class Ask>
     LONG read(Ask ask);
+    // Assigning an empty one would keep its room.
+    void forgetValue() { std::string().swap(value_.data); }
     void appendValues(const std::wstring& key, const win32::RegistryKey& opened);
     void appendSubkey(const std::wstring& key, const win32::RegistryKey& parent, const std::wstring& name);
     void appendRead(const std::wstring& key, const std::wstring& name);
@@ -64,7 +66,7 @@ LONG Exporter::read(Ask ask) {
     try {
         return ask();
     } catch (const std::bad_alloc&) {
-        value_ = {};
+        forgetValue();
         return ERROR_OUTOFMEMORY;
     }
 }
@@ -74,7 +76,7 @@ void Exporter::appendRead(const std::wstring& key, const std::wstring& name) {
         if (value_.data.size() <= largest_) return appendLine(key, name);
     } catch (const std::bad_alloc&) {
     }
-    value_ = {};
+    forgetValue();
     appendOmittedValue(text_.end(), key, name);
 }
 

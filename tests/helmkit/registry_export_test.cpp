@@ -220,6 +220,16 @@ TEST_CASE_FIXTURE(Export, "a large value takes its text and little more, whateve
     CHECK(peak.bytes() < textSize + size + (isWide() ? size / 4 : 3 * size));
 }
 
+TEST_CASE_FIXTURE(Export, "a value that is left out takes no room while the next ones are written") {
+    const size_t size = 8 << 20, next = 1 << 20;
+    setBytes(hklm, L"k", L"large", REG_BINARY, std::string(size, 'x'));
+    setBytes(hklm, L"k", L"next", REG_BINARY, std::string(next, 'x'));
+    MemoryPeak peak;
+    const helmkit::TextPieces text = helmkit::exportKey(hklm, L"k", next);
+    CHECK(text.length() * sizeof(wchar_t) > 6 * next);
+    CHECK(peak.bytes() < size + 2 * next);
+}
+
 TEST_CASE_FIXTURE(Export, "a value that memory is short for is left out by name, all else is written") {
     setString(hklm, L"k", L"a", L"1");
     setBytes(hklm, L"k", L"large", REG_BINARY, std::string(8 << 20, 'x'));
