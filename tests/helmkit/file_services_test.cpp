@@ -6,6 +6,7 @@
 #include "tests/support/memory_shortage.h"
 #include "tests/support/objects.h"
 #include "tests/support/replaced_import.h"
+#include "tests/support/short_read.h"
 #include "tests/support/temp_folder.h"
 #include "win32/base/flavour.h"
 #include "win32/files/files.h"
@@ -48,15 +49,6 @@ BOOL WINAPI moveFile(const char* from, const char* to) {
     if (++moves != refusedMove) return realMove(from, to);
     ::SetLastError(ERROR_SHARING_VIOLATION);
     return FALSE;
-}
-
-// A file that is shorter than it was said to be: so many bytes are read, and then none.
-DWORD readable = 0;
-BOOL(WINAPI* realRead)(HANDLE, void*, DWORD, DWORD*, OVERLAPPED*);
-BOOL WINAPI readFile(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED* overlapped) {
-    const BOOL done = realRead(file, bytes, count < readable ? count : readable, read, overlapped);
-    readable -= *read;
-    return done;
 }
 
 // The longest of what is written at once.
@@ -168,11 +160,12 @@ TEST_CASE_FIXTURE(
     Files, "of a file that is cut while it is read the text is what was there, and there are no bytes") {
     const std::wstring path = folder.file(L"cut");
     TempFolder::write(path, "0123456789");
-    const ReplacedImport cut("ReadFile", &readFile, realRead);
     for (DWORD left : {0, 4, 9, 10}) {
-        readable = left;
-        CHECK(read(path) == std::wstring(L"0123456789").substr(0, left));
-        readable = left;
+        {
+            const ShortRead cut(left);
+            CHECK(read(path) == std::wstring(L"0123456789").substr(0, left));
+        }
+        const ShortRead cut(left);
         CHECK(byteCount(path) == (left == 10 ? 10 : 0));
     }
 }
@@ -203,8 +196,7 @@ TEST_CASE_FIXTURE(Files, "a file of 2 GiB is not even tried to be held, and no a
     TempFolder::write(path, "0123456789");
     helmkit::fileServices().ReadFileBytes(path);
     CHECK(arrays == 0);
-    const ReplacedImport cut("ReadFile", &readFile, realRead);
-    readable = 4;
+    const ShortRead cut(4);
     CHECK(byteCount(path) == 0);
     CHECK(arrays == 0);
 }

@@ -8,6 +8,7 @@
 #include "tests/support/objects.h"
 #include "tests/support/replaced_import.h"
 #include "tests/support/scripted_desktop.h"
+#include "tests/support/short_read.h"
 #include "tests/support/temp_folder.h"
 
 namespace {
@@ -34,15 +35,6 @@ BOOL WINAPI writeFile(HANDLE file, const void* bytes, DWORD count, DWORD* writte
     if (!error) return realWrite(file, bytes, count, written, overlapped);
     ::SetLastError(error);
     return FALSE;
-}
-
-// So many bytes can be read, and none after them.
-DWORD readable = 0;
-BOOL(WINAPI* realRead)(HANDLE, void*, DWORD, DWORD*, OVERLAPPED*);
-BOOL WINAPI readFile(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED* overlapped) {
-    const BOOL done = realRead(file, bytes, count < readable ? count : readable, read, overlapped);
-    readable -= *read;
-    return done;
 }
 
 void append(const std::wstring& path, const std::string& bytes) {
@@ -176,8 +168,7 @@ TEST_CASE_FIXTURE(Logs, "the short log is cut at a limit of its own, also by a w
 TEST_CASE_FIXTURE(Logs, "of a log that gets shorter while it is cut the lines that were read stay") {
     TempFolder::write(brief, numberedLines((1 << 20) / 64 + 1));
     {
-        const ReplacedImport shortened("ReadFile", &readFile, realRead);
-        readable = 128;
+        const ShortRead shortened(128);
         REQUIRE(open() == S_OK);
     }
     CHECK(TempFolder::read(brief).size() == 64);
