@@ -85,7 +85,7 @@ bool matchesPattern(const std::wstring& name, const std::wstring& pattern) {
             ++at;
         } else if (star != std::wstring::npos) {
             // The last star takes one character more.
-            in = star + 1;
+            in = star;
             at = ++resume;
         } else {
             return false;
