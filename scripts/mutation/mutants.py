@@ -30,8 +30,11 @@ def told(text):
 
 def mutants_of(file, text):
     source, seen, found = Source(text), Counter(), []
+    promises = list(source.promises())
     for operator, replacements in OPERATORS.items():
         for start, end, replacement in replacements(source):
+            if any(begin <= start < last for begin, last in promises):
+                continue
             first = text.rfind('\n', 0, start) + 1
             last = text.find('\n', end)
             last = len(text) if last < 0 else last

@@ -38,6 +38,17 @@ class Source:
     def before(self, at):
         return self.tokens[at - 1].text if at else ''
 
+    def promises(self):
+        """Where what is written only lets the compiler refuse: whatever compiles is the same program without it."""
+        for at, token in enumerate(self.tokens):
+            if token.text == 'static_assert' and at + 1 in self.partner:
+                yield token.start, self.tokens[self.partner[at + 1]].end
+            elif token.text == 'delete' and self.before(at) == '=':
+                begin = at
+                while self.before(begin) not in ('', ';', '{', '}', ':'):
+                    begin -= 1
+                yield self.tokens[begin].start, token.end
+
 
 def relations(source):
     for at, token in enumerate(source.tokens):

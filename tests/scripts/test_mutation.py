@@ -53,6 +53,10 @@ class Operators(unittest.TestCase):
     def test_what_is_no_code_is_left_alone(self):
         self.assertEqual(mutants_of('a.cpp', '#include "a.h"\n#define A \\\n  1\n// 1 == 2\n/* 1 < 2 */ extern "C" {}\n'), [])
 
+    def test_what_only_the_compiler_reads_is_left_alone(self):
+        text = 'struct A {\nA(const A&) = delete;\nvoid operator=(A&&) = delete;\nint a = 2;\n};\nstatic_assert(sizeof(A) == 4 && true);'
+        self.assertEqual([mutant.after for mutant in mutants_of('a.h', text)], ['int a = 3;'])
+
     def test_conditions(self):
         self.assertEqual(changes('if (a) b();', 'condition'), ['if (false) b();', 'if (true) b();'])
         self.assertEqual(changes('while (a) b();', 'condition'), ['while (false) b();'])
