@@ -71,7 +71,8 @@ class Input {
     uint64_t convertedSize() const {
         win32::FileReader reader(path_);
         LineEndConverter converter(reading_.lineEnds);
-        std::string piece(pieceSize, '\0');
+        std::string piece;
+        piece.resize(pieceSize);
         uint64_t size = 0;
         while (size_t got = reader.read(piece.data(), piece.size())) {
             size += converter.convert({piece.data(), got}).size();
@@ -82,7 +83,8 @@ class Input {
     zip_int64_t read(char* data, size_t length) {
         if (!converts()) return readPlain(data, length);
         while (run_->pending.empty() && !run_->isAtEnd) {
-            std::string piece(pieceSize, '\0');
+            std::string piece;
+            piece.resize(pieceSize);
             piece.resize(static_cast<size_t>(readPlain(piece.data(), piece.size())));
             run_->isAtEnd = piece.empty();
             run_->pending = run_->isAtEnd ? run_->converter.finish() : run_->converter.convert(piece);

@@ -24,7 +24,8 @@ DWORD WINAPI appendLines(void* path) {
 DWORD answer = WAIT_OBJECT_0;
 int waits = 0, ends = 0;
 
-DWORD WINAPI wait(HANDLE, DWORD) {
+DWORD WINAPI wait(HANDLE, DWORD milliseconds) {
+    CHECK(milliseconds == 1000);
     ++waits;
     return answer;
 }

@@ -58,6 +58,9 @@ TEST_CASE_FIXTURE(Windows, "the window's own parts are the tabs and a text") {
     CHECK(style(child(L"SysTabControl32", nullptr)) == (onKeys | WS_CLIPSIBLINGS));
     const HWND footer = ::FindWindowExW(window.handle(), nullptr, L"Static", nullptr);
     CHECK(style(footer) == (shown | SS_NOPREFIX));
+    CHECK(::GetWindowLongW(footer, GWL_EXSTYLE) == 0);
+    CHECK(::GetDlgCtrlID(child(L"SysTabControl32", nullptr)) == 200);
+    CHECK(::GetDlgCtrlID(footer) == 201);
 }
 
 TEST_CASE_FIXTURE(PageFixture, "the about box has texts, one to click on, a frame and a button to leave by") {
