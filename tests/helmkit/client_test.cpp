@@ -1,6 +1,9 @@
 // The library as the program uses it: what comes back is what the library answers.
 #include <doctest/doctest.h>
 
+#include <string>
+#include <vector>
+
 #include "helmkit/client/file_services.h"
 #include "helmkit/client/registry_access.h"
 #include "helmkit/client/shared_services.h"

@@ -1,7 +1,6 @@
 // Several that append to one file at once.
 #include <doctest/doctest.h>
 
-#include <algorithm>
 #include <string>
 #include <vector>
 

@@ -3,8 +3,10 @@
 
 #include <doctest/doctest.h>
 
-#include <algorithm>
+#include <cstddef>
+#include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/looked_up.h"
