@@ -60,6 +60,9 @@ TEST_CASE_FIXTURE(Planted, "the first of two values is the one that counts, as f
     win32::setTrustedEnvironment();
     CHECK(value(L"ProgramFiles") == L"D:\\Programs");
     CHECK(value(L"CommonProgramFiles") == L"D:\\Common");
+    store(L"CommonFilesDir", L"D:\\First");
+    win32::setTrustedEnvironment();
+    CHECK(value(L"CommonProgramFiles") == L"D:\\First");
 }
 
 TEST_CASE_FIXTURE(Planted, "a stored reference to a variable is not followed") {

@@ -165,6 +165,8 @@ TEST_CASE_FIXTURE(Winlogon, "the events summary names a package's events in a fi
     }
     registry.setString(HKEY_LOCAL_MACHINE, notify + L"\\none", L"DLLName", L"x");
     CHECK(startup::ucWinlogon::eventsSummary(L"p") == L"Logoff, Logon, Unlock");
+    registry.setBytes(HKEY_LOCAL_MACHINE, notify + L"\\untyped", L"Logon", REG_NONE, "");
+    CHECK(startup::ucWinlogon::eventsSummary(L"untyped") == L"Logon");
     CHECK(startup::ucWinlogon::eventsSummary(L"none") == L"");
     CHECK(startup::ucWinlogon::eventsSummary(L"missing") == L"");
     for (const wchar_t* event :
