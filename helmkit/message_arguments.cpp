@@ -1,65 +1,48 @@
 #include "helmkit/message_arguments.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "win32/com/automation.h"
 
 namespace helmkit {
 
 namespace {
 
-// The size of an element of a type, 0 for a type without a text.
-UINT sizeOfElement(VARTYPE type) {
-    switch (type) {
-        case VT_I1:
-        case VT_UI1:
-            return sizeof(BYTE);
-        case VT_I2:
-        case VT_UI2:
-        case VT_BOOL:
-            return sizeof(SHORT);
-        case VT_I4:
-        case VT_UI4:
-        case VT_INT:
-        case VT_UINT:
-        case VT_R4:
-        case VT_ERROR:
-            return sizeof(LONG);
-        case VT_I8:
-        case VT_UI8:
-        case VT_R8:
-        case VT_CY:
-        case VT_DATE:
-            return sizeof(LONGLONG);
-        case VT_DECIMAL:
-            return sizeof(DECIMAL);
-        case VT_BSTR:
-        case VT_DISPATCH:
-        case VT_UNKNOWN:
-            return sizeof(void*);
-        case VT_VARIANT:
-            return sizeof(VARIANT);
-    }
-    return 0;
-}
+// The types that have a text, and what an array bears whose elements lead to something else.
+const struct {
+    VARTYPE type;
+    size_t size;  // of an element, in bytes
+    USHORT mark = 0;
+} elementTypes[] = {
+    {VT_I1, 1},
+    {VT_UI1, 1},
+    {VT_I2, 2},
+    {VT_UI2, 2},
+    {VT_BOOL, 2},
+    {VT_I4, 4},
+    {VT_UI4, 4},
+    {VT_INT, 4},
+    {VT_UINT, 4},
+    {VT_R4, 4},
+    {VT_ERROR, 4},
+    {VT_I8, 8},
+    {VT_UI8, 8},
+    {VT_R8, 8},
+    {VT_CY, 8},
+    {VT_DATE, 8},
+    {VT_DECIMAL, sizeof(DECIMAL)},
+    {VT_BSTR, sizeof(void*), FADF_BSTR},
+    {VT_DISPATCH, sizeof(void*), FADF_DISPATCH},
+    {VT_UNKNOWN, sizeof(void*), FADF_UNKNOWN},
+    {VT_VARIANT, sizeof(VARIANT), FADF_VARIANT},
+};
 
-// What an array bears whose elements lead to something else.
-USHORT markOf(VARTYPE type) {
-    switch (type) {
-        case VT_BSTR:
-            return FADF_BSTR;
-        case VT_DISPATCH:
-            return FADF_DISPATCH;
-        case VT_UNKNOWN:
-            return FADF_UNKNOWN;
-        case VT_VARIANT:
-            return FADF_VARIANT;
-    }
-    return 0;
-}
-
-void checkElements(SAFEARRAY* array, VARTYPE type) {
-    const USHORT mark = markOf(type);
-    if (sizeOfElement(type) != ::SafeArrayGetElemsize(array) || (array->fFeatures & mark) != mark)
-        win32::raise(DISP_E_TYPEMISMATCH, L"The arguments are of a type that has no text");
+bool haveText(SAFEARRAY* array, VARTYPE type) {
+    const auto* row = std::find_if(std::begin(elementTypes), std::end(elementTypes),
+                                   [&](const auto& known) { return known.type == type; });
+    return row != std::end(elementTypes) && row->size == ::SafeArrayGetElemsize(array) &&
+           (array->fFeatures & row->mark) == row->mark;
 }
 
 // Keeps the elements where they are: the text of an object is its own business.
@@ -85,7 +68,8 @@ std::vector<std::wstring> elementTexts(SAFEARRAY* array, VARTYPE type) {
     std::vector<std::wstring> texts;
     if (!array) return texts;
     if (::SafeArrayGetDim(array) != 1) win32::raise(E_INVALIDARG, L"The arguments must be a list");
-    checkElements(array, type);
+    if (!haveText(array, type))
+        win32::raise(DISP_E_TYPEMISMATCH, L"The arguments are of a type that has no text");
     LockedArray locked(array);
     LONG first, last;
     win32::check(::SafeArrayGetLBound(array, 1, &first));
