@@ -19,6 +19,24 @@
 
 namespace {
 
+struct Objects : RegistryFixture {
+    win32::ComPtr<helmkit::server::RegistryAccess> registry = make<helmkit::server::RegistryAccess>();
+    win32::ComPtr<helmkit::server::FileServices> files = make<helmkit::server::FileServices>();
+    win32::ComPtr<helmkit::server::SystemServices> system = make<helmkit::server::SystemServices>();
+    win32::ComPtr<helmkit::server::KeyedList> list = make<helmkit::server::KeyedList>();
+    win32::ComPtr<helmkit::server::RecordList> records = make<helmkit::server::RecordList>();
+    win32::ComPtr<IRecord> record;  // with one field
+    win32::ComPtr<IField> field;
+    win32::ComPtr<IVersionInfo> version;
+
+    Objects() {
+        REQUIRE(records->AddRecord(record.out()) == S_OK);
+        REQUIRE(record->SetField(bs(L"f").get(), win32::Variant(LONG{1})) == S_OK);
+        REQUIRE(record->Field(bs(L"f").get(), field.out()) == S_OK);
+        REQUIRE(system->GetFileVersionInfo(bs(L"none").get(), version.out()) == S_OK);
+    }
+};
+
 struct Row {
     std::function<HRESULT()> call;
     HRESULT number;
@@ -39,17 +57,7 @@ std::wstring lastDescription() {
 
 }  // namespace
 
-TEST_CASE_FIXTURE(RegistryFixture, "each object of the library says what was wrong with a call") {
-    auto registry = make<helmkit::server::RegistryAccess>();
-    auto files = make<helmkit::server::FileServices>();
-    auto system = make<helmkit::server::SystemServices>();
-    auto list = make<helmkit::server::KeyedList>();
-    auto records = make<helmkit::server::RecordList>();
-    win32::ComPtr<IRecord> record;
-    REQUIRE(records->AddRecord(record.out()) == S_OK);
-    REQUIRE(record->SetField(bs(L"f").get(), win32::Variant(LONG{1})) == S_OK);
-    win32::ComPtr<IField> field;
-    REQUIRE(record->Field(bs(L"f").get(), field.out()) == S_OK);
+TEST_CASE_FIXTURE(Objects, "each object of the library says what was wrong with a call") {
     win32::BString text;
     win32::Variant value;
     win32::ComPtr<IRecord> noRecord;
@@ -109,19 +117,7 @@ TEST_CASE_FIXTURE(RegistryFixture, "each object of the library says what was wro
     }
 }
 
-TEST_CASE_FIXTURE(RegistryFixture, "every operation that gives something back asks for a place for it") {
-    auto registry = make<helmkit::server::RegistryAccess>();
-    auto files = make<helmkit::server::FileServices>();
-    auto system = make<helmkit::server::SystemServices>();
-    auto list = make<helmkit::server::KeyedList>();
-    auto records = make<helmkit::server::RecordList>();
-    win32::ComPtr<IRecord> record;
-    win32::ComPtr<IField> field;
-    win32::ComPtr<IVersionInfo> version;
-    REQUIRE(records->AddRecord(record.out()) == S_OK);
-    REQUIRE(record->SetField(bs(L"f").get(), win32::Variant(LONG{1})) == S_OK);
-    REQUIRE(record->Field(bs(L"f").get(), field.out()) == S_OK);
-    REQUIRE(system->GetFileVersionInfo(bs(L"none").get(), version.out()) == S_OK);
+TEST_CASE_FIXTURE(Objects, "every operation that gives something back asks for a place for it") {
     setString(HKEY_LOCAL_MACHINE, L"k", L"v", L"1");
     TempFolder folder;
     TempFolder::write(folder.file(L"a"), "text");
