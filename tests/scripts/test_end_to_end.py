@@ -37,6 +37,15 @@ class Counting(unittest.TestCase):
         self.assertEqual(COUNTS.findall(printed.getvalue()), ['2 passed, 1 failed, 0 skipped'])
 
 
+class Missing(unittest.TestCase):
+    def test_what_is_not_built_is_named_once(self):
+        printed = io.StringIO()
+        with mock.patch.dict('os.environ', {'QUILLON_ARCHITECTURE': 'x86', 'QUILLON_PROGRAM_X86': '/not/built'}), \
+                contextlib.redirect_stdout(printed):
+            self.assertEqual(end_to_end_run().run_cases('cases', None), 1)
+        self.assertEqual(printed.getvalue(), '/not/built/Quillon.exe is missing: ./test.sh makes it\n0 passed, 1 failed, 0 skipped\n')
+
+
 class Refusing:
     """A probe that cannot start a program the first times."""
 

@@ -25,3 +25,9 @@ def built(architecture, *below):
 
 def probe(architecture):
     return built(architecture, 'tests', 'e2e', 'probe.exe')
+
+
+def absent(architecture):
+    """The first of what every case needs and nobody has built yet, or None."""
+    needed = [program_folder(architecture) / 'Quillon.exe', probe(architecture), FIXTURES]
+    return next((path for path in needed if not path.exists()), None)
