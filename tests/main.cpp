@@ -1,4 +1,5 @@
 // The unit tests' entry: --flavour=ansi or --flavour=wide chooses the string flavour, the rest is doctest's.
+// As on Windows 98, the ANSI flavour goes without the functions of newer Windows that are looked up.
 // --write-on-stack=N writes N bytes into an array of 16 and tells N, --write-on-heap=N into one of 20: a
 // process that is started to be ended.
 #define DOCTEST_CONFIG_IMPLEMENT
@@ -8,6 +9,7 @@
 #include <cstring>
 #include <vector>
 
+#include "tests/support/looked_up.h"
 #include "win32/base/flavour.h"
 #include "win32/com/com.h"
 
@@ -37,7 +39,10 @@ const char* numberBehind(const char* beginning, const char* argument) {
 
 int main(int count, char** arguments) {
     for (int i = 1; i < count; ++i) {
-        if (!std::strcmp(arguments[i], "--flavour=ansi")) win32::forceFlavour(win32::Flavour::ansi);
+        if (!std::strcmp(arguments[i], "--flavour=ansi")) {
+            win32::forceFlavour(win32::Flavour::ansi);
+            looked_up::findAsWindows98();
+        }
         if (!std::strcmp(arguments[i], "--flavour=wide")) win32::forceFlavour(win32::Flavour::wide);
     }
     if (count >= 2) {

@@ -21,9 +21,30 @@ std::set<std::string>& names() {
     return found;
 }
 
+bool lacksNewer = false;
+const std::set<std::string> newer = {"GetDpiForMonitor",
+                                     "GetDpiForWindow",
+                                     "GetFinalPathNameByHandleW",
+                                     "GetSystemDefaultUILanguage",
+                                     "GetSystemWindowsDirectoryA",
+                                     "GetUserDefaultUILanguage",
+                                     "IsThemeActive",
+                                     "IsWow64Process",
+                                     "LCIDToLocaleName",
+                                     "MoveFileExW",
+                                     "ReplaceFileW",
+                                     "SetDefaultDllDirectories",
+                                     "SetDllDirectoryW",
+                                     "Wow64DisableWow64FsRedirection",
+                                     "Wow64RevertWow64FsRedirection"};
+
 FARPROC(WINAPI* realGetProcAddress)(HMODULE, const char*);
 
 FARPROC WINAPI lookUp(HMODULE module, const char* name) {
+    if (lacksNewer && !IS_INTRESOURCE(name) && newer.count(name)) {
+        ::SetLastError(ERROR_PROC_NOT_FOUND);
+        return nullptr;
+    }
     FARPROC found = realGetProcAddress(module, name);
     if (!found || IS_INTRESOURCE(name)) return found;
     names().insert(name);
@@ -45,6 +66,10 @@ FARPROC WINAPI lookUp(HMODULE module, const char* name) {
 
 void looked_up::lead(const char* name, void* thunk, void** original) {
     leads()[name] = {thunk, original};
+}
+
+void looked_up::findAsWindows98() {
+    lacksNewer = true;
 }
 
 const std::set<std::string>& looked_up::found() {

@@ -12,6 +12,9 @@ namespace looked_up {
 // From the start of the process on, a look-up of `name` gives `thunk`, and `original` gets what it found.
 void lead(const char* name, void* thunk, void** original);
 
+// From now on no look-up finds a function that Windows 98 has not got.
+void findAsWindows98();
+
 // Every name that was looked up and found since the process started, as in "ReplaceFileW".
 const std::set<std::string>& found();
 

@@ -47,7 +47,8 @@ TEST_CASE("libraries are still found in the system folder only") {
     const std::wstring own = win32::moduleFolder(nullptr) + L"\\quillon_planted.dll";
     REQUIRE(::CopyFileW((win32::systemFolder() + L"\\version.dll").c_str(), own.c_str(), FALSE));
     HMODULE planted = ::LoadLibraryA("quillon_planted.dll");
-    CHECK(planted == nullptr);
+    // Windows 98 has no way to leave out the program's own folder.
+    CHECK((planted == nullptr) == (win32::flavour() == win32::Flavour::wide));
     if (planted) ::FreeLibrary(planted);
     ::DeleteFileW(own.c_str());
 }
