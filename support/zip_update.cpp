@@ -131,7 +131,6 @@ void ZipUpdate::addVolumeLabel() {
     const std::wstring label = win32::volumeLabel(resolvedPath(specs_.front(), options_.BasePath));
     if (label.empty() || find(label) >= 0) return;
     ZipSource nothing(zip_source_buffer(zip_.get(), nullptr, 0, {}));
-    if (!nothing) fail();
     const std::string name = win32::toUtf8(label);
     const Index entry = checked(zip_file_add(zip_.get(), name.c_str(), nothing.get(), ZIP_FL_ENC_UTF_8));
     nothing.release();

@@ -38,6 +38,16 @@ BOOL WINAPI volumeInformation(const Char* root, Char* label, DWORD, DWORD*, DWOR
     return TRUE;
 }
 
+int(WINAPI* realToWide)(UINT, DWORD, const char*, int, wchar_t*, int);
+int conversions = 0;
+int WINAPI toWide(UINT page, DWORD flags, const char* text, int length, wchar_t* wide, int room) {
+    if (page == CP_UTF8) {
+        ++conversions;
+        CHECK(flags == 0);
+    }
+    return realToWide(page, flags, text, length, wide, room);
+}
+
 struct Updater : Zipper {
     Told told, asked;  // by Progress and by Cancel
 
@@ -377,6 +387,16 @@ TEST_CASE_FIXTURE(Updater,
         CHECK(TempFolder::read(archive) == before);
         CHECK(folder.count() == 3);
     }
+}
+
+TEST_CASE_FIXTURE(Updater, "names are read from UTF-8 without flags, most of which Windows refuses there") {
+    TempFolder::write(archive, handmadeZip({{"a.txt", "1"}, {"b.txt", "2"}}));
+    list({L"a.txt"});
+    conversions = 0;
+    const ReplacedImport call("MultiByteToWideChar", &toWide, realToWide);
+    zip.Delete();
+    CHECK(conversions >= 4);
+    CHECK(names() == Names{"b.txt"});
 }
 
 TEST_CASE_FIXTURE(Updater, "deleting means whole names, bare ones where there are none, and folders") {
