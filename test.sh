@@ -126,12 +126,15 @@ fi
 start_display || give_up 'test: Xvfb did not start'
 trap 'kill "$xvfb" 2>/dev/null' EXIT
 
-# Beside each other: what is compiled and fuzzed natively, and what runs under Wine.
+# Beside each other, since neither needs more than a processor: what runs natively and then the built program, in Windows
+# and on displays of its own, and what runs inside one process.
 {
     step native native
     step fuzz scripts/fuzz.sh
+    step check scripts/check.sh
+    step e2e python3 tests/e2e/run.py "${combinations[@]}"
 } &
-native_steps=$!
+beside=$!
 names=()
 for architecture in "${architectures[@]}"; do
     tests=build/$architecture
@@ -144,7 +147,6 @@ for architecture in "${architectures[@]}"; do
     step "script-$architecture" script_under_wine "script-$architecture" "$architecture"
     names+=("com_tests-$architecture" "script-$architecture")
 done
-step check scripts/check.sh
 step scripts python3 tests/scripts/run.py
 step samples python3 tests/samples/run.py "${architectures[@]}"
 step bench quick_benchmark "${architectures[0]}"
@@ -156,8 +158,7 @@ fi
 step faults scripts/faults.sh --faults=100
 step support_request python3 tests/support_request/run.py "${architectures[@]}"
 step report python3 tests/report/run.py "${combinations[@]}"
-wait "$native_steps"
-step e2e python3 tests/e2e/run.py "${combinations[@]}"
+wait "$beside"
 
 for name in native fuzz "${names[@]}" "${steps[@]}"; do collect "$name"; done
 [ ${#architectures[@]} = 2 ] || {
