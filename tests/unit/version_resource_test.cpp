@@ -3,6 +3,7 @@
 
 #include <doctest/doctest.h>
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 #include <string>
@@ -69,7 +70,10 @@ template <class Char>
 BOOL WINAPI pointAt(const void* block, const Char* path, void** found, UINT* told) {
     if (path[1] == Char('V')) return FALSE;  // \VarFileInfo\Translation: no languages are told
     auto* start = static_cast<char*>(const_cast<void*>(block));
-    *found = isFound ? start + (isFromEnd ? room : 0) + place : nullptr;
+    char* const answer = start + (isFromEnd ? room : 0) + place;
+    if (isFromEnd && place < 0)
+        std::fill_n(reinterpret_cast<Char*>(answer), -place / sizeof(Char), Char('x'));
+    *found = isFound ? answer : nullptr;
     *told = length;
     return TRUE;
 }
@@ -157,7 +161,7 @@ TEST_CASE_FIXTURE(Scripted, "an answer outside the block is none, and one at its
     CHECK(stringAt(0, 2, false) == L"");
     CHECK(stringAt(0, 2, true) == L"");
     CHECK_FALSE(stringAt(character, 2, true));
-    CHECK(stringAt(-2 * character, 100000, true) == L"");
+    CHECK(stringAt(-2 * character, 100000, true) == L"xx");
     isFound = false;
     CHECK_FALSE(stringAt(0, 2, false));
 }
