@@ -126,8 +126,8 @@ fi
 start_display || give_up 'test: Xvfb did not start'
 trap 'kill "$xvfb" 2>/dev/null' EXIT
 
-# Beside each other, since neither needs more than a processor: what runs natively and then the built program, in Windows
-# and on displays of its own, and what runs inside one process.
+# Beside each other: what runs natively and then the built program, in Windows and on displays of its own, and what runs
+# inside one process, which keeps one processor busy.
 {
     step native native
     step fuzz scripts/fuzz.sh
