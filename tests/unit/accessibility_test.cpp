@@ -6,6 +6,7 @@
 
 #include "app/FMain.h"
 #include "tests/support/page_fixture.h"
+#include "tests/support/started_window.h"
 #include "win32/com/com.h"
 
 namespace {
@@ -58,9 +59,7 @@ struct Access : PageFixture {
     app::FMain window;
 
     Access() {
-        desktop.messageBoxAnswers.push_back(IDOK);
-        CHECK_FALSE(window.Form_Initialize());
-        window.Form_Load();
+        startWindow(window, desktop);
         window.show();
     }
     ~Access() { ::ShowWindow(window.handle(), SW_HIDE); }

@@ -13,6 +13,7 @@
 #include "tests/support/memory_shortage.h"
 #include "tests/support/page_fixture.h"
 #include "tests/support/small_category.h"
+#include "tests/support/started_window.h"
 #include "win32/system/system.h"
 
 namespace {
@@ -150,9 +151,7 @@ TEST_CASE_FIXTURE(PageFixture, "a fifth category is a file pair and one row of t
     std::vector<app::PageRow> table(app::pageTable().begin(), app::pageTable().end());
     table.push_back({L"Small", L"Small Programs", L"Small: '%1', '%2', '%3'", app::makePage<ucSmall>});
     app::FMain window(table);
-    desktop.messageBoxAnswers = {IDOK};
-    CHECK_FALSE(window.Form_Initialize());
-    window.Form_Load();
+    startWindow(window, desktop);
     HWND strip = ::GetDlgItem(window.handle(), 200);
     CHECK(::SendMessageW(strip, TCM_GETITEMCOUNT, 0, 0) == 6);
     HWND page = ::FindWindowExW(window.handle(), nullptr, nullptr, L"ucSmall1");

@@ -5,6 +5,7 @@
 
 #include "app/FMain.h"
 #include "tests/support/page_fixture.h"
+#include "tests/support/started_window.h"
 
 namespace {
 
@@ -81,9 +82,7 @@ struct Flicker : PageFixture {
     app::FMain window;
 
     Flicker() {
-        desktop.messageBoxAnswers.push_back(IDOK);
-        CHECK_FALSE(window.Form_Initialize());
-        window.Form_Load();
+        startWindow(window, desktop);
         window.show();
         paint();
         watch(window.handle());

@@ -8,6 +8,7 @@
 #include "app/main_menu.h"
 #include "tests/support/page_fixture.h"
 #include "tests/support/replaced_import.h"
+#include "tests/support/started_window.h"
 #include "win32/system/system.h"
 
 namespace {
@@ -50,11 +51,8 @@ struct Main : PageFixture {
         ::DeleteFileW(beside(L"short.log").c_str());
         removeBackups();
     }
-    // The plug-in is not offered to this process: starting stops at its message, with the logs open.
     void start() {
-        desktop.messageBoxAnswers.push_back(IDOK);
-        CHECK_FALSE(window.Form_Initialize());
-        window.Form_Load();
+        startWindow(window, desktop);
         setClientTwips(9600, 6900);
     }
     std::vector<std::wstring> log() {

@@ -4,6 +4,7 @@
 #include "app/FMain.h"
 #include "app/main_menu.h"
 #include "tests/support/hostile_ground.h"
+#include "tests/support/started_window.h"
 #include "win32/system/system.h"
 
 namespace {
@@ -18,10 +19,7 @@ struct Main : HostileGround {
     Main() {
         for (const wchar_t* name : {L"a", L"b"})
             registry.setString(machine, run, name, L"C:\\nowhere\\x.exe");
-        // The plug-in is not offered to this process: starting stops at its message, with the logs open.
-        desktop.messageBoxAnswers.push_back(IDOK);
-        CHECK_FALSE(window.Form_Initialize());
-        window.Form_Load();
+        startWindow(window, desktop);
         desktop.messageBoxes.clear();
         HWND list = ::GetDlgItem(general(), 101);
         REQUIRE(::SendMessageW(list, LVM_GETITEMCOUNT, 0, 0) == 2);

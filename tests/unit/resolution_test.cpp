@@ -7,6 +7,7 @@
 #include "app/FMain.h"
 #include "resources/resource_ids.h"
 #include "tests/support/page_fixture.h"
+#include "tests/support/started_window.h"
 #include "win32/system/resources.h"
 
 namespace {
@@ -50,9 +51,7 @@ struct Moving : PageFixture {
 
     Moving() {
         registry.setString(HKEY_LOCAL_MACHINE, run, L"a", L"C:\\nowhere\\a.exe");
-        desktop.messageBoxAnswers.push_back(IDOK);
-        CHECK_FALSE(window.Form_Initialize());
-        window.Form_Load();
+        startWindow(window, desktop);
         // At twice the size it still has to fit on the screen; much narrower, note and button would meet.
         ::SetWindowPos(window.handle(), nullptr, 10, 10, 530, 340, SWP_NOZORDER);
         REQUIRE(win32::dpiOf(window.handle()) == 96);

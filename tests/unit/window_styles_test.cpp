@@ -9,6 +9,7 @@
 #include "app/FMain.h"
 #include "startup/page_layout.h"
 #include "tests/support/page_fixture.h"
+#include "tests/support/started_window.h"
 
 namespace {
 
@@ -24,11 +25,7 @@ bool isSunken(HWND window) {
 struct Windows : PageFixture {
     app::FMain window;
 
-    Windows() {
-        desktop.messageBoxAnswers.push_back(IDOK);
-        CHECK_FALSE(window.Form_Initialize());
-        window.Form_Load();
-    }
+    Windows() { startWindow(window, desktop); }
     HWND child(const wchar_t* className, const wchar_t* text) {
         HWND found = ::FindWindowExW(window.handle(), nullptr, className, text);
         REQUIRE(found);
