@@ -33,8 +33,6 @@ class Exporter {
   private:
     template <class Ask>
     LONG read(Ask ask);
-    // Assigning an empty one would keep its room.
-    void forgetValue() { std::string().swap(value_.data); }
     void appendValues(const std::wstring& key, const win32::RegistryKey& opened);
     void appendSubkey(const std::wstring& key, const win32::RegistryKey& parent, const std::wstring& name);
     void appendRead(const std::wstring& key, const std::wstring& name);
@@ -66,7 +64,6 @@ LONG Exporter::read(Ask ask) {
     try {
         return ask();
     } catch (const std::bad_alloc&) {
-        forgetValue();
         return ERROR_OUTOFMEMORY;
     }
 }
@@ -76,7 +73,8 @@ void Exporter::appendRead(const std::wstring& key, const std::wstring& name) {
         if (value_.data.size() <= largest_) return appendLine(key, name);
     } catch (const std::bad_alloc&) {
     }
-    forgetValue();
+    // Assigning an empty one would keep its room.
+    std::string().swap(value_.data);
     appendOmittedValue(text_.end(), key, name);
 }
 
