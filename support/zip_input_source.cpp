@@ -71,8 +71,7 @@ class Input {
     uint64_t convertedSize() const {
         win32::FileReader reader(path_);
         LineEndConverter converter(reading_.lineEnds);
-        std::string piece;
-        piece.resize(pieceSize);
+        std::string piece(pieceSize, '\0');
         uint64_t size = 0;
         while (size_t got = reader.read(piece.data(), piece.size())) {
             size += converter.convert({piece.data(), got}).size();
@@ -83,8 +82,7 @@ class Input {
     zip_int64_t read(char* data, size_t length) {
         if (!converts()) return readPlain(data, length);
         while (run_->pending.empty() && !run_->isAtEnd) {
-            std::string piece;
-            piece.resize(pieceSize);
+            std::string piece(pieceSize, '\0');
             piece.resize(static_cast<size_t>(readPlain(piece.data(), piece.size())));
             run_->isAtEnd = piece.empty();
             run_->pending = run_->isAtEnd ? run_->converter.finish() : run_->converter.convert(piece);
