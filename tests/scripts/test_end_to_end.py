@@ -3,17 +3,17 @@ import contextlib
 import importlib.util
 import io
 import re
+import subprocess
 import tempfile
 import unittest
 from pathlib import Path
 from types import SimpleNamespace
 from unittest import mock
 
-from harness import paths, probe
+from harness import paths, probe, readers
 from harness.program import Program
 
 RUN = Path(__file__).resolve().parents[1] / 'e2e' / 'run.py'
-COUNTS = re.compile(r'^\d+ passed, \d+ failed, \d+ skipped$', re.M)
 
 
 def end_to_end_run():
@@ -21,6 +21,12 @@ def end_to_end_run():
     module = importlib.util.module_from_spec(described)
     described.loader.exec_module(module)
     return module
+
+
+def counted_by_the_suite(output):
+    """What ./test.sh takes for the counts of a step, by its own patterns."""
+    patterns = re.search(r"sed -nE (?:\\\n *-e '[^']*' ?)+", (paths.TOP / 'test.sh').read_text(encoding='utf-8'))[0]
+    return subprocess.run(['bash', '-c', patterns], input=output, capture_output=True, text=True, check=True).stdout.splitlines()
 
 
 class Counting(unittest.TestCase):
@@ -34,7 +40,7 @@ class Counting(unittest.TestCase):
                 mock.patch('sys.argv', ['run.py', 'x86:winxp']), contextlib.redirect_stdout(printed):
             self.assertEqual(run.main(), 1)
         self.assertIn('a case', printed.getvalue())
-        self.assertEqual(COUNTS.findall(printed.getvalue()), ['2 passed, 1 failed, 0 skipped'])
+        self.assertEqual(counted_by_the_suite(printed.getvalue()), ['2 1 0'])
 
 
 class Missing(unittest.TestCase):
@@ -56,7 +62,7 @@ class Refusing:
         self.asked += 1
         if self.asked <= self.times:
             raise probe.ProbeError(command, {'error': 'CreateProcess', 'code': 1359})
-        return {'pid': 7}
+        return {'pid': 7, 'running': False, 'code': 0}
 
 
 class Starting(unittest.TestCase):
@@ -73,6 +79,12 @@ class Starting(unittest.TestCase):
         with self.assertRaises(probe.ProbeError):
             self.start_peer(refusing)
         self.assertEqual(refusing.asked, probe.PEER_STARTS)
+
+    def test_a_reader_of_exports_is_started_again(self):
+        case = SimpleNamespace(prefix=SimpleNamespace(environment={}))
+        with mock.patch.object(readers, 'Probe', return_value=Refusing(1)), contextlib.redirect_stdout(io.StringIO()) as told:
+            readers.WineTool(case, 'reg.exe', 'import', 32).run('C:\\a.reg')
+        self.assertEqual(told.getvalue().count('1359'), 1)
 
     def test_the_product_is_started_once(self):
         refusing = Refusing(1)
