@@ -39,6 +39,14 @@ TEST_CASE_FIXTURE(Client, "texts, folders and names of the system come back") {
     ::DeleteFileW(name.c_str());
 }
 
+TEST_CASE_FIXTURE(Client, "what waits for the program is handled") {
+    MSG message;
+    REQUIRE(::PostThreadMessageW(::GetCurrentThreadId(), WM_APP, 0, 0));
+    REQUIRE(::PeekMessageW(&message, nullptr, WM_APP, WM_APP, PM_NOREMOVE));
+    system.PumpEvents();
+    CHECK_FALSE(::PeekMessageW(&message, nullptr, WM_APP, WM_APP, PM_REMOVE));
+}
+
 TEST_CASE_FIXTURE(Client, "what a file's version resource has comes back, and whether it has it") {
     const helmkit::VersionInfo info =
         system.GetFileVersionInfo(program(folder.file(L"a.exe"), {{L"CompanyName", L"A maker"}}));
@@ -83,5 +91,7 @@ TEST_CASE_FIXTURE(Client, "values and keys are read, written, listed, written ou
     CHECK(registryAccess.DeleteValue(machine, L"top\\sub", L"v") == ERROR_FILE_NOT_FOUND);
     CHECK(registryAccess.DeleteKey(machine, L"top") == ERROR_SUCCESS);
     CHECK(registryAccess.DeleteKey(machine, L"top") == ERROR_FILE_NOT_FOUND);
+    for (int i = 0; i < 129; ++i) registryAccess.WriteValue(machine, L"many", std::to_wstring(i), L"x");
+    CHECK(registryAccess.EnumValues(machine, L"many").size() == 129);
     CHECK_THROWS_AS(registryAccess.ReadValue(1, L"top", L"v"), win32::Error);
 }

@@ -46,6 +46,10 @@ class FailingRegistryAccess : public helmkit::server::RegistryAccess {
         const HRESULT refusal = refuse(L"ReadValue", key, name);
         return FAILED(refusal) ? refusal : Base::ReadValue(hive, key, name, data, status);
     }
+    STDMETHODIMP ValueType(LONG hive, BSTR key, BSTR name, LONG* type) override {
+        const HRESULT refusal = refuse(L"ValueType", key, name);
+        return FAILED(refusal) ? refusal : Base::ValueType(hive, key, name, type);
+    }
     STDMETHODIMP EnumSubkeys(LONG hive, BSTR key, IKeyedList** names) override {
         const HRESULT refusal = refuse(L"EnumSubkeys", key);
         return FAILED(refusal) ? refusal : Base::EnumSubkeys(hive, key, names);

@@ -67,6 +67,7 @@ BOOL WINAPI createProcess(const Char* application, Char* line, SECURITY_ATTRIBUT
     std::memcpy(&startupRecord, startup, sizeof startupRecord);
     process->hProcess = handed[0] = newEvent();
     process->hThread = handed[1] = newEvent();
+    ::SetLastError(ERROR_BAD_EXE_FORMAT);
     return answer;
 }
 
@@ -141,6 +142,7 @@ TEST_CASE("a program is started in a normal window, inherits nothing and leaves 
         for (BOOL started : {TRUE, FALSE}) {
             answer = started;
             CHECK(win32::desktop().startProgram(application, line) == (started == TRUE));
+            if (!started) CHECK(::GetLastError() == ERROR_BAD_EXE_FORMAT);
             CHECK(given.first == (application.empty() ? L"(null)" : application));
             CHECK(given.second == line);
             CHECK(given.third == L"(null)");

@@ -87,6 +87,23 @@ TEST_CASE_FIXTURE(Failing,
 }
 
 TEST_CASE_FIXTURE(Failing,
+                  "a value's type is asked for where its text may refer to a variable, nowhere else") {
+    value(HKEY_LOCAL_MACHINE, run, L"a", L"C:\\nowhere\\a.exe");
+    value(HKEY_LOCAL_MACHINE, run, L"b", L"%QuillonNone%\\b.exe");
+    value(HKEY_LOCAL_MACHINE, policy, L"c", L"C:\\nowhere\\c.exe");
+    value(HKEY_LOCAL_MACHINE, notify + L"\\p", L"DLLName", L"p.dll");
+    value(HKEY_LOCAL_MACHINE, services + L"\\s", L"ImagePath", L"C:\\nowhere\\s.sys");
+    std::wstring asked;
+    whenAsked() = [&](const std::wstring& what) {
+        if (what.find(L"ValueType ") == 0) asked += what + L"; ";
+    };
+    PageOf<startup::ucRun>(parent.handle()).Init(logger);
+    PageOf<startup::ucWinlogon>(parent.handle()).Init(logger);
+    PageOf<startup::ucServices>(parent.handle()).Init(logger);
+    CHECK(asked == L"ValueType " + run + L"\\b; ");
+}
+
+TEST_CASE_FIXTURE(Failing,
                   "general: an error in the policy builder ends the enumeration, what was found stays") {
     value(HKEY_LOCAL_MACHINE, run, L"a", L"C:\\nowhere\\a.exe");
     for (const wchar_t* name : {L"1", L"2", L"3"}) value(HKEY_LOCAL_MACHINE, policy, name, name);

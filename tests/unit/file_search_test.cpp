@@ -106,6 +106,13 @@ DWORD WINAPI searchPath(const Char* folder, const Char* name, const Char* extens
     std::fill(path, path + std::min(foundLength, room), Char('x'));
     return foundLength;
 }
+template <class Char>
+DWORD WINAPI getLongPathName(const Char* name, Char* path, DWORD room) {
+    CHECK(wide(name) == L"C:\\name.exe");
+    CHECK(room == 2000);
+    std::fill(path, path + std::min(foundLength, room), Char('x'));
+    return foundLength;
+}
 
 }  // namespace
 
@@ -291,4 +298,17 @@ TEST_CASE("what is searched for is found up to 1999 characters") {
     foundLength = 2000;
     CHECK(win32::searchPath(L"name.exe").empty());
     CHECK(win32::searchPath(std::wstring(L"name.exe\0x", 10)).empty());
+}
+
+TEST_CASE("a long path has up to 1999 characters, and what is longer counts as failed") {
+    const ReplacedImport wideCall("GetLongPathNameW", &getLongPathName<wchar_t>);
+    const ReplacedImport ansiCall("GetLongPathNameA", &getLongPathName<char>);
+    for (DWORD length : {0, 1, 1999}) {
+        foundLength = length;
+        CHECK(win32::longPath(L"C:\\name.exe") == std::wstring(length, L'x'));
+    }
+    for (DWORD length : {2000, 2001, 32767}) {
+        foundLength = length;
+        CHECK(win32::longPath(L"C:\\name.exe").empty());
+    }
 }

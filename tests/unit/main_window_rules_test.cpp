@@ -195,16 +195,17 @@ TEST_CASE_FIXTURE(
         explicit FailingPage(HWND parent) : NotedPage(parent, L'x') {}
         void Init(helmkit::Logger&) override { win32::raise(E_FAIL, L"no page"); }
     };
-    const app::PageRow rows[] = {{L"a", L"A", nullptr, noted<L'a'>},
+    const app::PageRow rows[] = {{L"a", L"A", L"A %1", noted<L'a'>},
                                  {L"x", L"X", nullptr, [](HWND parent) -> std::unique_ptr<app::Page> {
                                       return std::make_unique<FailingPage>(parent);
                                   }}};
     NotedPage::replacement = &log;
     app::FMain window(rows);
     window.Form_Load();
-    REQUIRE(log.lines.size() == 1);
+    REQUIRE(log.lines.size() == 2);
     CHECK(log.lines[0].source == L"FMain.InitTabStrip");
     CHECK(log.lines[0].text == L"no page");
+    CHECK(log.lines[1].text == L"A t");
     NotedPage::replacement = nullptr;
 }
 
@@ -302,7 +303,7 @@ TEST_CASE_FIXTURE(
 }
 
 TEST_CASE("the texts that no window shows stay in the string table, the description too") {
-    CHECK(win32::loadString(STRING_DESCRIPTION) ==
+    CHECK(win32::loadString(117) ==
           L"Quillon is freeware utility to remove malicious programs from Windows startup.\n \nQuillon "
           L"inspects "
           L"Windows startup places and lists startup programs so you could delete abusive items.\n \nQuillon "

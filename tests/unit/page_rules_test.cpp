@@ -184,28 +184,34 @@ TEST_CASE_FIXTURE(Rules, "Alt+Enter without a selection does nothing") {
     CHECK(log.lines.empty());
 }
 
-TEST_CASE_FIXTURE(Rules, "the pictures: green for what Windows needs, blue for ordinary, red for changed") {
+TEST_CASE_FIXTURE(Rules, "the pictures: a green check mark, a blue question mark, a red exclamation mark") {
     auto page = shown<startup::ucRun>();
     auto images = reinterpret_cast<HIMAGELIST>(
         ::SendMessageW(page->ListViewObject().window(), LVM_GETIMAGELIST, LVSIL_SMALL, 0));
     REQUIRE(::ImageList_GetImageCount(images) == 3);
-    // The colour that most pixels of a picture have, apart from the background and the white sign.
-    auto circle = [&](startup::Icon icon) {
+    auto picture = [&](startup::Icon icon) {
         HDC screen = ::GetDC(nullptr), context = ::CreateCompatibleDC(screen);
         HBITMAP bitmap = ::CreateCompatibleBitmap(screen, 16, 16);
         HGDIOBJ before = ::SelectObject(context, bitmap);
         ::PatBlt(context, 0, 0, 16, 16, BLACKNESS);
         ::ImageList_Draw(images, static_cast<int>(icon), context, 0, 0, ILD_NORMAL);
-        std::map<COLORREF, int> counts;
+        std::map<std::pair<int, int>, COLORREF> pixels;
         for (int x = 0; x < 16; ++x) {
-            for (int y = 0; y < 16; ++y) ++counts[::GetPixel(context, x, y)];
+            for (int y = 0; y < 16; ++y) pixels[{x, y}] = ::GetPixel(context, x, y);
         }
-        counts.erase(RGB(0, 0, 0));
-        counts.erase(RGB(255, 255, 255));
         ::SelectObject(context, before);
         ::DeleteObject(bitmap);
         ::DeleteDC(context);
         ::ReleaseDC(nullptr, screen);
+        return pixels;
+    };
+    const COLORREF background = RGB(0, 0, 0), sign = RGB(255, 255, 255);
+    // The colour that most pixels of a picture have, apart from the background and the white sign.
+    auto circle = [&](startup::Icon icon) {
+        std::map<COLORREF, int> counts;
+        for (const auto& [place, colour] : picture(icon)) {
+            if (colour != background && colour != sign) ++counts[colour];
+        }
         REQUIRE_FALSE(counts.empty());
         return std::max_element(counts.begin(), counts.end(),
                                 [](auto& a, auto& b) { return a.second < b.second; })
@@ -219,6 +225,14 @@ TEST_CASE_FIXTURE(Rules, "the pictures: green for what Windows needs, blue for o
     CHECK(GetBValue(ordinary) > GetGValue(ordinary));
     CHECK(GetRValue(changed) > GetGValue(changed));
     CHECK(GetRValue(changed) > GetBValue(changed));
+    // A pixel that one sign alone has: the check mark's end, the question mark's top, the stem of the
+    // exclamation mark.
+    const std::map<startup::Icon, std::pair<int, int>> signs = {{startup::Icon::protectedEntry, {11, 4}},
+                                                                {startup::Icon::ordinary, {6, 3}},
+                                                                {startup::Icon::exclamation, {7, 5}}};
+    for (const auto& [icon, own] : signs) {
+        for (const auto& [other, place] : signs) CHECK((picture(icon).at(place) == sign) == (icon == other));
+    }
 }
 
 TEST_CASE_FIXTURE(Rules, "ProductDescription without ProductName falls back") {
@@ -283,10 +297,14 @@ TEST_CASE_FIXTURE(Rules, "custom: a startup folder is opened and the list refres
         page->RefreshList();
     }
     CHECK(log.lines.empty());
+    registry.setString(HKEY_LOCAL_MACHINE, winlogon, L"shell", L"evil.exe");
     desktop.programAnswers = {false};
     erase(*page, 0, {IDOK});
     REQUIRE(log.lines.size() == 1);
     CHECK(log.lines[0].source == L"ucOther.cmdDelete_Click");
+    CHECK(log.lines[0].level == 4);
+    CHECK(log.lines[0].code == HRESULT_FROM_WIN32(ERROR_ACCESS_DENIED));
+    CHECK(page->rows().size() == 2);  // not refreshed
 }
 
 TEST_CASE_FIXTURE(Rules, "custom: a place at its default is refused and never written") {

@@ -205,6 +205,16 @@ TEST_CASE_FIXTURE(General, "a REG_EXPAND_SZ command is resolved once more where 
     CHECK(field(missing, L"DLL") == L"%windir%\\system32\\missing.exe");
 }
 
+TEST_CASE_FIXTURE(General, "a file whose name looks like a reference is found before what it refers to") {
+    const Variable other(L"QuillonName", L"other");
+    program(folder.file(L"%QuillonName%.exe"), {{L"CompanyName", L"Its Maker"}});
+    program(folder.file(L"other.exe"), {{L"CompanyName", L"Another Maker"}});
+    machine(L"a", folder.file(L"%QuillonName%.exe"), REG_EXPAND_SZ);
+    init();
+    CHECK(field(rowOf(L"a"), L"DLL") == win32::longPath(folder.file(L"%QuillonName%.exe")));
+    CHECK(field(rowOf(L"a"), L"Manufacturer") == L"Its Maker");
+}
+
 TEST_CASE_FIXTURE(General, "behind rundll32 the library's own name is expanded, not the command") {
     Variable systemRoot(L"SystemRoot", windows);
     program(windows + L"\\system32\\rundll32.exe", {{L"CompanyName", L"Microsoft Corporation"}});
