@@ -39,10 +39,10 @@ Icon blankPageCheck(const std::wstring& path) {
     return okIf(expandedAndLowered(path) == inSystemFolder(L"blank.htm"));
 }
 
-Icon startPageCheck(const std::wstring& address) {
+Icon startPageCheck(const std::wstring& address, const std::wstring& portalPage) {
     const std::wstring lowered = win32::lowered(address);
     const size_t makerPrefix = 24;
-    return okIf(lowered == L"about:blank" || lowered == win32::lowered(settings::portalPage) ||
+    return okIf(lowered == L"about:blank" || lowered == win32::lowered(portalPage) ||
                 win32::beginsWith(address, settings::homePage.substr(0, makerPrefix)) ||
                 win32::beginsWith(address, L"res://mshtml.dll"));
 }

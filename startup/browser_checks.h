@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "build_settings.h"
 #include "helmkit/client/registry_access.h"
 #include "startup/StartupItem.h"
 
@@ -21,6 +22,6 @@ Icon blankPageCheck(const std::wstring& path);
 
 // The page is blank or the portal's, in any letter case, or one of the maker's or of the browser's own pages,
 // in exactly their letters.
-Icon startPageCheck(const std::wstring& address);
+Icon startPageCheck(const std::wstring& address, const std::wstring& portalPage = settings::portalPage);
 
 }  // namespace startup

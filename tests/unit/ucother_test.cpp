@@ -473,6 +473,11 @@ TEST_CASE_FIXTURE(PageFixture, "the browser checks") {
                                 L"http://mardelix.example/quillon", L"res://mshtml.dll/about.htm"}) {
         CHECK(startup::startPageCheck(good) == startup::Icon::protectedEntry);
     }
+    const std::wstring portal = L"http://Portal.example/";
+    for (const wchar_t* good : {L"http://portal.example/", L"HTTP://PORTAL.EXAMPLE/"}) {
+        CHECK(startup::startPageCheck(good, portal) == startup::Icon::protectedEntry);
+        CHECK(startup::startPageCheck(good) == startup::Icon::exclamation);
+    }
     for (const wchar_t* bad :
          {L"", L"http://www.msn.com", L"http://www.msn.com/x", L"HTTP://mardelix.example/",
           L"RES://mshtml.dll", L"http://mardelix.example", L"about:blank "}) {
