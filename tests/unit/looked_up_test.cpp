@@ -77,30 +77,6 @@ struct LocaleName {
     static constexpr const char* name = "LCIDToLocaleName";
     using Function = int(WINAPI*)(LCID, wchar_t*, int, DWORD);
 };
-struct Acquire {
-    static constexpr const char* name = "CryptAcquireContextA";
-    using Function = decltype(&::CryptAcquireContextA);
-};
-struct Release {
-    static constexpr const char* name = "CryptReleaseContext";
-    using Function = decltype(&::CryptReleaseContext);
-};
-struct CreateHash {
-    static constexpr const char* name = "CryptCreateHash";
-    using Function = decltype(&::CryptCreateHash);
-};
-struct HashData {
-    static constexpr const char* name = "CryptHashData";
-    using Function = decltype(&::CryptHashData);
-};
-struct HashParam {
-    static constexpr const char* name = "CryptGetHashParam";
-    using Function = decltype(&::CryptGetHashParam);
-};
-struct DestroyHash {
-    static constexpr const char* name = "CryptDestroyHash";
-    using Function = decltype(&::CryptDestroyHash);
-};
 
 const LookedUp<ReplaceFile> replaceFile;
 const LookedUp<MoveFileEx> moveFileEx;
@@ -114,12 +90,6 @@ const LookedUp<DllFolder> dllFolder;
 const LookedUp<UserLanguage> userLanguage;
 const LookedUp<SystemLanguage> systemLanguage;
 const LookedUp<LocaleName> localeName;
-const LookedUp<Acquire> acquire;
-const LookedUp<Release> release;
-const LookedUp<CreateHash> createHash;
-const LookedUp<HashData> hashData;
-const LookedUp<HashParam> hashParam;
-const LookedUp<DestroyHash> destroyHash;
 
 bool isWide() {
     return win32::flavour() == win32::Flavour::wide;
@@ -228,6 +198,12 @@ int WINAPI noName(LCID, wchar_t* text, int, DWORD) {
 int providers = 0, hashes = 0;
 enum class Step { none, acquiring, creating, hashing, telling, cutting } failing = Step::none;
 DWORD largest = 0;
+decltype(&::CryptAcquireContextA) realAcquire;
+decltype(&::CryptReleaseContext) realRelease;
+decltype(&::CryptCreateHash) realCreateHash;
+decltype(&::CryptDestroyHash) realDestroyHash;
+decltype(&::CryptHashData) realHashData;
+decltype(&::CryptGetHashParam) realHashParam;
 
 BOOL WINAPI countAcquire(HCRYPTPROV* provider, const char* container, const char* name, DWORD type,
                          DWORD flags) {
@@ -237,14 +213,14 @@ BOOL WINAPI countAcquire(HCRYPTPROV* provider, const char* container, const char
     CHECK(flags == 0xF0000000);
     *provider = 7;
     if (failing == Step::acquiring) return FALSE;
-    const BOOL done = LookedUp<Acquire>::original(provider, container, name, type, flags);
+    const BOOL done = realAcquire(provider, container, name, type, flags);
     providers += done;
     return done;
 }
 BOOL WINAPI countRelease(HCRYPTPROV provider, DWORD flags) {
     --providers;
     CHECK(flags == 0);
-    return LookedUp<Release>::original(provider, flags);
+    return realRelease(provider, flags);
 }
 BOOL WINAPI countCreate(HCRYPTPROV provider, ALG_ID algorithm, HCRYPTKEY key, DWORD flags, HCRYPTHASH* hash) {
     CHECK(algorithm == 0x800C);
@@ -252,24 +228,25 @@ BOOL WINAPI countCreate(HCRYPTPROV provider, ALG_ID algorithm, HCRYPTKEY key, DW
     CHECK(flags == 0);
     *hash = 7;
     if (failing == Step::creating) return FALSE;
-    const BOOL done = LookedUp<CreateHash>::original(provider, algorithm, key, flags, hash);
+    const BOOL done = realCreateHash(provider, algorithm, key, flags, hash);
     hashes += done;
     return done;
 }
 BOOL WINAPI countDestroy(HCRYPTHASH hash) {
     --hashes;
-    return LookedUp<DestroyHash>::original(hash);
+    return realDestroyHash(hash);
 }
 BOOL WINAPI hash(HCRYPTHASH hash, const BYTE* bytes, DWORD count, DWORD flags) {
+    CHECK(hash != 0);
     largest = std::max(largest, count);
     CHECK(flags == 0);
-    return failing != Step::hashing && LookedUp<HashData>::original(hash, bytes, count, flags);
+    return failing != Step::hashing && realHashData(hash, bytes, count, flags);
 }
 BOOL WINAPI tell(HCRYPTHASH hash, DWORD what, BYTE* bytes, DWORD* size, DWORD flags) {
     CHECK(what == HP_HASHVAL);
     CHECK(*size == 32);
     CHECK(flags == 0);
-    const BOOL done = LookedUp<HashParam>::original(hash, what, bytes, size, flags);
+    const BOOL done = realHashParam(hash, what, bytes, size, flags);
     if (failing == Step::cutting) *size = 20;
     return done && failing != Step::telling;
 }
@@ -383,12 +360,12 @@ TEST_CASE_FIXTURE(TempFolder, "a file that leads to another machine has no check
 TEST_CASE_FIXTURE(TempFolder, "whatever fails in between, a checksum lets go of what it has made") {
     write(file(L"a"), std::string(70000, 'a'));
     CHECK(win32::sha256OfFile(file(L"a")).size() == 64);
-    const ReplacedLookUp<Acquire> acquiring(&countAcquire);
-    const ReplacedLookUp<Release> releasing(&countRelease);
-    const ReplacedLookUp<CreateHash> creating(&countCreate);
-    const ReplacedLookUp<DestroyHash> destroying(&countDestroy);
-    const ReplacedLookUp<HashData> hashing(&hash);
-    const ReplacedLookUp<HashParam> telling(&tell);
+    const ReplacedImport calls[] = {{"CryptAcquireContextA", &countAcquire, realAcquire},
+                                    {"CryptReleaseContext", &countRelease, realRelease},
+                                    {"CryptCreateHash", &countCreate, realCreateHash},
+                                    {"CryptDestroyHash", &countDestroy, realDestroyHash},
+                                    {"CryptHashData", &hash, realHashData},
+                                    {"CryptGetHashParam", &tell, realHashParam}};
     for (Step step :
          {Step::none, Step::acquiring, Step::creating, Step::hashing, Step::telling, Step::cutting}) {
         failing = step;
@@ -441,8 +418,7 @@ TEST_CASE_FIXTURE(TempFolder, "each function is looked up by its name in its lib
     win32::sha256OfFile(file(L"a"));
     win32::fileVersion(file(L"a"));
     win32::windowsFolder();
-    std::vector<std::string> names = {"CryptAcquireContextA", "CryptReleaseContext", "CryptCreateHash",
-                                      "CryptHashData",        "CryptGetHashParam",   "CryptDestroyHash"};
+    std::vector<std::string> names;
     const char end = isWide() ? 'W' : 'A';
     for (const char* text : {"GetFileVersionInfoSize", "GetFileVersionInfo", "VerQueryValue"})
         names.push_back(std::string(text) + end);

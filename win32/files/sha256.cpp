@@ -19,50 +19,26 @@ const DWORD rsaAndAes = 24, sha256 = 0x800C;
 const DWORD verifyContext = 0xF0000000;
 const DWORD digestSize = 32, chunk = 1 << 16;
 
-// No text is passed to it: the ANSI form of the first function serves every Windows.
-struct CryptoApi {
-    decltype(&::CryptAcquireContextA) acquireContext =
-        systemProcedure<decltype(&::CryptAcquireContextA)>(L"advapi32.dll", "CryptAcquireContextA");
-    decltype(&::CryptReleaseContext) releaseContext =
-        systemProcedure<decltype(&::CryptReleaseContext)>(L"advapi32.dll", "CryptReleaseContext");
-    decltype(&::CryptCreateHash) createHash =
-        systemProcedure<decltype(&::CryptCreateHash)>(L"advapi32.dll", "CryptCreateHash");
-    decltype(&::CryptHashData) hashData =
-        systemProcedure<decltype(&::CryptHashData)>(L"advapi32.dll", "CryptHashData");
-    decltype(&::CryptGetHashParam) getHashParam =
-        systemProcedure<decltype(&::CryptGetHashParam)>(L"advapi32.dll", "CryptGetHashParam");
-    decltype(&::CryptDestroyHash) destroyHash =
-        systemProcedure<decltype(&::CryptDestroyHash)>(L"advapi32.dll", "CryptDestroyHash");
-
-    // They came all at once, with NT 4 and the second release of Windows 95.
-    explicit operator bool() const { return acquireContext != nullptr; }
-};
-
-const CryptoApi& api() {
-    static const CryptoApi functions;
-    return functions;
-}
-
 class Hash {
   public:
     Hash() {
-        if (!api() || !api().acquireContext(&provider_, nullptr, nullptr, rsaAndAes, verifyContext))
-            provider_ = 0;
-        if (provider_ && !api().createHash(provider_, sha256, 0, 0, &hash_)) hash_ = 0;
+        // No text is passed: the ANSI form serves every Windows.
+        if (!::CryptAcquireContextA(&provider_, nullptr, nullptr, rsaAndAes, verifyContext)) provider_ = 0;
+        if (provider_ && !::CryptCreateHash(provider_, sha256, 0, 0, &hash_)) hash_ = 0;
     }
     ~Hash() {
-        if (hash_) api().destroyHash(hash_);
-        if (provider_) api().releaseContext(provider_, 0);
+        if (hash_) ::CryptDestroyHash(hash_);
+        if (provider_) ::CryptReleaseContext(provider_, 0);
     }
     Hash(const Hash&) = delete;
     Hash& operator=(const Hash&) = delete;
 
     explicit operator bool() const { return hash_ != 0; }
-    bool add(const BYTE* bytes, DWORD count) { return api().hashData(hash_, bytes, count, 0); }
+    bool add(const BYTE* bytes, DWORD count) { return ::CryptHashData(hash_, bytes, count, 0); }
     std::wstring digits() const {
         BYTE digest[digestSize] = {};
         DWORD size = sizeof digest;
-        if (!api().getHashParam(hash_, HP_HASHVAL, digest, &size, 0) || size != sizeof digest) return {};
+        if (!::CryptGetHashParam(hash_, HP_HASHVAL, digest, &size, 0) || size != sizeof digest) return {};
         std::wstring text;
         for (BYTE byte : digest) appendHex(text, byte, 2);
         return text;
