@@ -48,7 +48,11 @@ TEST_CASE_FIXTURE(About, "Escape, Enter on the default button and the close box 
 }
 
 TEST_CASE_FIXTURE(About, "the product line stands over the legal notice") {
-    CHECK(win32::windowText(child(L"Quillon")).find(L"Quillon Version 2.1\n\n") == 0);
+    CHECK(win32::windowText(child(L"Quillon")) ==
+          L"Quillon Version 2.1\n\n"
+          L"Copyright \x00A9 2026 Mardelix. Quillon is free software under the MIT License. It comes without "
+          L"any "
+          L"warranty; back up your settings before you delete anything.");
     CHECK(child(L"Visit Mardelix: http://mardelix.example/"));
 }
 

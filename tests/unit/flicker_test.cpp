@@ -102,8 +102,9 @@ struct Flicker : PageFixture {
 
 }  // namespace
 
-TEST_CASE_FIXTURE(Flicker,
-                  "a new size erases each window as rarely as can be, and never what another window paints") {
+TEST_CASE_FIXTURE(
+    Flicker,
+    "a new size erases each window once or as rarely as can be, and never what another window paints") {
     for (int tab = 0; tab < 5; ++tab) {
         choose(tab);
         erased.clear();
@@ -111,6 +112,11 @@ TEST_CASE_FIXTURE(Flicker,
             ::SetWindowPos(window.handle(), nullptr, 0, 0, 640 + 3 * step, 460 + 2 * step,
                            SWP_NOMOVE | SWP_NOZORDER | SWP_NOACTIVATE);
             paint();
+        }
+        for (const auto& [watched, procedure] : procedures) {
+            if (!::IsWindowVisible(watched) || !isOurs(watched)) continue;
+            CAPTURE(nameOf(watched));
+            CHECK(erased[watched].times >= steps);
         }
         CHECK(erased[window.handle()].times > 0);
         for (const auto& [erasedWindow, count] : erased) {
