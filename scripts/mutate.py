@@ -7,7 +7,8 @@ Each mutant is put into a copy of the tree under build/mutation, built there and
 see it, then against the others, until one fails. Results go to build/mutation/results.jsonl, and the same seed goes on
 where it was left. --quick leaves out what takes long: the unit tests with large inputs, the uploads, the 64-bit build, the
 report and the walk, so that of its survivors some may be noticed all the same. --again tries the survivors of the seed once
-more; --only takes the mutants whose line, as it stands or as it would be, holds the text; --list tries nothing.
+more; --only takes the mutants whose line, as it stands or as it would be, holds the text, or whose kind it is; --list tries
+nothing.
 tests/mutation/equivalents.tsv names mutants that are the same program. Ends with 0 when at least 95 of 100 were caught at
 their first trial.
 """
@@ -57,7 +58,7 @@ def options_of():
 def chosen(options):
     found = mutants_of_folders(TOP, options.folders)
     if options.only:
-        return [mutant for mutant in found if options.only in mutant.before or options.only in mutant.after]
+        found = [mutant for mutant in found if any(options.only in text for text in (mutant.operator, mutant.before, mutant.after))]
     return random.Random(options.seed).sample(found, min(options.count, len(found)))
 
 

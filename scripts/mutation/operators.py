@@ -10,6 +10,8 @@ RELATIONS = {'==': ['!='], '!=': ['=='], '<': ['<=', '>='], '>': ['>=', '<='], '
 ARITHMETIC = {'&&': '||', '||': '&&', '+': '-', '-': '+', '*': '/', '/': '*', '%': '/', '|': '&', '&': '|', '<<': '>>',
               '>>': '<<', '+=': '-=', '-=': '+=', '|=': '&=', '&=': '|='}
 STEPS = {'++': '--', '--': '++'}
+# What ends an operand of each, from either side.
+OPERAND_ENDS = {'&&': {'&&', '||', ',', ';', '?', ':', '=', '&=', '|=', 'return'}, '||': {'||', ',', ';', '?', ':', '=', '&=', '|=', 'return'}}
 NO_CALLS = {'if', 'while', 'for', 'switch', 'return', 'sizeof', 'catch', 'static_assert', 'decltype', 'alignof', 'noexcept',
             'defined', 'operator', 'explicit', 'throw'}
 NO_STATEMENTS = {'using', 'typedef', 'struct', 'class', 'enum', 'union', 'static', 'const', 'constexpr', 'auto', 'case',
@@ -110,6 +112,15 @@ def conditions(source):
                 yield source.replace(begin, end, 'true')
 
 
+def operands(source):
+    """Of two conditions one is left out."""
+    for at, token in enumerate(source.tokens):
+        if token.text in OPERAND_ENDS and source.has_blanks(at):
+            begin, end = start_of(source, at, OPERAND_ENDS[token.text]), end_of(source, at + 1, OPERAND_ENDS[token.text])
+            yield source.tokens[begin].start, source.tokens[at + 1].start, ''
+            yield source.tokens[at - 1].end, source.tokens[end - 1].end, ''
+
+
 def choices(source):
     """The two answers of `condition ? one : other` change places."""
     for at, token in enumerate(source.tokens):
@@ -130,6 +141,16 @@ def end_of(source, at, stops):
             return at
         at = source.partner.get(at, at) + 1
     return min(at, len(source.tokens) - 1)
+
+
+def start_of(source, at, stops):
+    """Behind the last of `stops` before `at`, outside brackets, or behind the bracket that opens around."""
+    while at > 0:
+        text = source.before(at)
+        if text in stops or text in ('(', '[', '{', '}'):
+            return at
+        at = source.partner.get(at - 1, at - 1)
+    return at
 
 
 def is_declared(source, begin, end):
@@ -196,4 +217,4 @@ def rows(source):
 
 
 OPERATORS = {'relation': relations, 'arithmetic': arithmetic, 'negation': negations, 'constant': constants,
-             'condition': conditions, 'choice': choices, 'argument': arguments, 'statement': statements, 'row': rows}
+             'condition': conditions, 'operand': operands, 'choice': choices, 'argument': arguments, 'statement': statements, 'row': rows}

@@ -62,6 +62,13 @@ class Operators(unittest.TestCase):
         self.assertEqual(changes('while (a) b();', 'condition'), ['while (false) b();'])
         self.assertEqual(changes('if (int a = b()) c(a);', 'condition'), [])
 
+    def test_operands(self):
+        self.assertEqual(changes('if (a(b, c) && !d || e) f();', 'operand'),
+                         ['if (!d || e) f();', 'if (a(b, c) || e) f();', 'if (e) f();', 'if (a(b, c) && !d) f();'])
+        self.assertEqual(changes('x = a ? b || c : d;', 'operand'), ['x = a ? c : d;', 'x = a ? b : d;'])
+        self.assertEqual(changes('return g([] { return 1; }) && b;', 'operand'), ['return b;', 'return g([] { return 1; });'])
+        self.assertEqual(changes('T&& y;', 'operand'), [])
+
     def test_choices(self):
         self.assertEqual(changes('x = a ? b(1, 2) : c;', 'choice'), ['x = a ? c : b(1, 2);'])
 
