@@ -44,7 +44,7 @@ void writeText(const std::wstring& path, std::wstring_view text) {
 class ByteArray {
   public:
     explicit ByteArray(size_t size) : array_(::SafeArrayCreateVector(VT_UI1, 0, static_cast<ULONG>(size))) {
-        if (!array_) win32::raise(E_OUTOFMEMORY, L"Out of memory");
+        if (!array_) win32::raiseOutOfMemory();
     }
     ~ByteArray() {
         if (array_) ::SafeArrayDestroy(array_);

@@ -17,7 +17,7 @@ template <class State>
 struct SourceOf {
     static ZipSource make(std::unique_ptr<State> state) {
         zip_source_t* source = zip_source_function_create(&call, state.get(), nullptr);
-        if (!source) win32::raise(E_OUTOFMEMORY, L"Out of memory");
+        if (!source) win32::raiseOutOfMemory();
         state.release();
         return ZipSource(source);
     }

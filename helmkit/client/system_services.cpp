@@ -16,7 +16,7 @@ namespace {
 Variant arrayOf(const std::vector<std::wstring>& texts) {
     Variant result;
     SAFEARRAY* array = ::SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(texts.size()));
-    if (!array) win32::raise(E_OUTOFMEMORY, L"Out of memory");
+    if (!array) win32::raiseOutOfMemory();
     result.parray = array;
     result.vt = VT_ARRAY | VT_VARIANT;
     for (LONG i = 0; i < static_cast<LONG>(texts.size()); ++i) {

@@ -33,13 +33,17 @@ void raiseLastError(const std::wstring& what) {
 
 namespace {
 
+Error outOfMemory() {
+    return Error(E_OUTOFMEMORY, L"Out of memory");
+}
+
 Error described() {
     try {
         throw;
     } catch (const Error& error) {
         return error;
     } catch (const std::bad_alloc&) {
-        return Error(E_OUTOFMEMORY, L"Out of memory");
+        return outOfMemory();
     } catch (const std::exception& error) {
         std::string what = error.what();
         return Error(E_UNEXPECTED, std::wstring(what.begin(), what.end()));
@@ -61,6 +65,10 @@ long numberOfCurrent() noexcept {
 }
 
 }  // namespace
+
+void raiseOutOfMemory() {
+    throw outOfMemory();
+}
 
 Error currentError() noexcept {
     try {

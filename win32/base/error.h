@@ -26,6 +26,9 @@ std::wstring systemDescription(DWORD code);
 
 [[noreturn]] void raise(HRESULT number, std::wstring description);
 
+// Memory that Windows or a library did not give, as std::bad_alloc is described.
+[[noreturn]] void raiseOutOfMemory();
+
 // Describes the exception being handled: an Error as it is, memory shortage and others by their nature. Where
 // there is no memory left for the description, it is empty.
 Error currentError() noexcept;

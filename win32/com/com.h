@@ -73,13 +73,13 @@ class BString {
     BString() = default;
     explicit BString(std::wstring_view text)
         : text_(::SysAllocStringLen(text.data(), static_cast<UINT>(text.size()))) {
-        if (!text_) throw Error(E_OUTOFMEMORY, L"Out of memory");
+        if (!text_) raiseOutOfMemory();
     }
     // For a caller that writes the characters itself.
     static BString ofLength(size_t length) {
         BString text;
         text.text_ = ::SysAllocStringLen(nullptr, static_cast<UINT>(length));
-        if (!text.text_) throw Error(E_OUTOFMEMORY, L"Out of memory");
+        if (!text.text_) raiseOutOfMemory();
         return text;
     }
     BString(BString&& other) noexcept : text_(other.release()) {}
