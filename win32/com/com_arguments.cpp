@@ -41,9 +41,7 @@ bool isReferenceType(VARTYPE type) {
 Variant converted(VARIANT& value, VARTYPE wanted) {
     Variant result;
     LONG wrapped;
-    if (wanted == VT_VARIANT) {
-        check(::VariantCopyInd(&result, &value));
-    } else if (wrapsAround(value, wanted, wrapped)) {
+    if (wrapsAround(value, wanted, wrapped)) {
         result = Variant(wrapped);
     } else if (isNothing(value) && isReferenceType(wanted)) {
         result.vt = wanted;
