@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/raised.h"
 #include "tests/support/replaced_import.h"
 #include "tests/support/temp_folder.h"
 #include "win32/base/flavour.h"
@@ -31,6 +32,15 @@ DWORD WINAPI wait(HANDLE, DWORD milliseconds) {
 BOOL WINAPI endOfTurn(HANDLE) {
     ++ends;
     return TRUE;
+}
+
+// What the file that was opened turns out to be.
+BOOL isTold = TRUE;
+DWORD toldAttributes = 0;
+BOOL WINAPI tellOfFile(HANDLE, BY_HANDLE_FILE_INFORMATION* found) {
+    *found = {};
+    found->dwFileAttributes = toldAttributes;
+    return isTold;
 }
 
 struct Turns : TempFolder {
@@ -85,4 +95,27 @@ TEST_CASE_FIXTURE(Turns, "for a turn that does not come it is waited once") {
     }
     CHECK(ends == 0);
     CHECK(read(file(L"log")) == "one two one two ");
+}
+
+TEST_CASE_FIXTURE(TempFolder, "a link is not followed where that is asked for, nor what is told nothing of") {
+    const ReplacedImport call("GetFileInformationByHandle", &tellOfFile);
+    const bool isWide = win32::flavour() == win32::Flavour::wide;
+    const std::wstring path = file(L"log");
+    const struct {
+        BOOL isTold;
+        DWORD attributes;
+        bool isRefused;
+    } rows[] = {{TRUE, FILE_ATTRIBUTE_NORMAL, false},
+                {TRUE, FILE_ATTRIBUTE_ARCHIVE | FILE_ATTRIBUTE_REPARSE_POINT, true},
+                {FALSE, 0, true}};
+    for (const auto& row : rows) {
+        isTold = row.isTold;
+        toldAttributes = row.attributes;
+        CHECK(win32::AppendFile(path));
+        if (row.isRefused && isWide) {
+            CHECK(raises(ERROR_ACCESS_DENIED, path, [&] { win32::AppendFile(path, win32::Links::refused); }));
+        } else {
+            CHECK(win32::AppendFile(path, win32::Links::refused));
+        }
+    }
 }

@@ -6,6 +6,7 @@
 #include "tests/support/scripted_desktop.h"
 #include "tests/support/temp_folder.h"
 #include "tests/support/text.h"
+#include "win32/base/handle.h"
 #include "win32/base/text.h"
 #include "win32/files/indirect_string.h"
 #include "win32/system/environment.h"
@@ -105,5 +106,14 @@ TEST_CASE_FIXTURE(Names, "lengths that lead out of the strings show the raw text
         CHECK(shown() == raw());
     }
     TempFolder::write(file, std::string(100000, 'M'));
+    CHECK(shown() == raw());
+}
+
+TEST_CASE_FIXTURE(Names, "a file that may not be read shows the raw text") {
+    give(blockBytes({L"", L"", L"", L"", fourth}));
+    CHECK(shown() == fourth);
+    const win32::OwnedFile locked(
+        ::CreateFileW(file.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr));
+    REQUIRE(locked);
     CHECK(shown() == raw());
 }

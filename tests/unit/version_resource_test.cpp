@@ -14,6 +14,7 @@
 #include "tests/support/temp_folder.h"
 #include "tests/support/text.h"
 #include "win32/base/flavour.h"
+#include "win32/files/file_version.h"
 
 namespace {
 
@@ -164,4 +165,5 @@ TEST_CASE_FIXTURE(Scripted, "an answer outside the block is none, and one at its
     CHECK(stringAt(-2 * character, 100000, true) == L"xx");
     isFound = false;
     CHECK_FALSE(stringAt(0, 2, false));
+    CHECK(win32::fileVersion(file(L"a.exe")).empty());
 }
