@@ -29,15 +29,22 @@ class ScriptedRequest : public IDispatch {
     }
     HRESULT STDMETHODCALLTYPE GetTypeInfoCount(UINT*) override { return E_NOTIMPL; }
     HRESULT STDMETHODCALLTYPE GetTypeInfo(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT, LCID, DISPID* ids) override {
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
+                                            DISPID* ids) override {
+        CHECK(iid == IID_NULL);
+        CHECK(count == 1);
+        CHECK(locale == LOCALE_USER_DEFAULT);
         for (size_t i = 0; i < std::size(known); ++i) {
             if (std::wstring(names[0]) == known[i]) return ids[0] = static_cast<DISPID>(i), S_OK;
         }
         return DISP_E_UNKNOWNNAME;
     }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters, VARIANT* result,
-                                     EXCEPINFO*, UINT*) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters,
+                                     VARIANT* result, EXCEPINFO*, UINT*) override {
         const std::wstring name = known[id];
+        CHECK(iid == IID_NULL);
+        CHECK(locale == LOCALE_USER_DEFAULT);
+        CHECK(flags == (result ? DISPATCH_PROPERTYGET : DISPATCH_METHOD));
         if (name != L"readyState") calls.push_back(name + argumentsOf(*parameters));
         if (failing.count(name)) return E_FAIL;
         win32::Variant answer;

@@ -51,13 +51,18 @@ struct Failing : CountingDispatch {
     const wchar_t* description = L"said so";
     HRESULT(STDAPICALLTYPE* fill)(EXCEPINFO*) = nullptr;
     std::vector<LONG> arguments;
-    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID, LPOLESTR* names, UINT count, LCID, DISPID* id) override {
+    HRESULT STDMETHODCALLTYPE GetIDsOfNames(REFIID iid, LPOLESTR* names, UINT count, LCID locale,
+                                            DISPID* id) override {
+        CHECK(iid == IID_NULL);
+        CHECK(locale == LOCALE_USER_DEFAULT);
         *id = 7;
         return count == 1 && std::wstring(names[0]) == L"Do" ? S_OK : DISP_E_UNKNOWNNAME;
     }
-    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* parameters, VARIANT*,
-                                     EXCEPINFO* exception, UINT*) override {
+    HRESULT STDMETHODCALLTYPE Invoke(DISPID id, REFIID iid, LCID locale, WORD flags, DISPPARAMS* parameters,
+                                     VARIANT*, EXCEPINFO* exception, UINT*) override {
         CHECK(id == 7);
+        CHECK(iid == IID_NULL);
+        CHECK(locale == LOCALE_USER_DEFAULT);
         CHECK(flags == DISPATCH_METHOD);
         CHECK(parameters->cNamedArgs == 0);
         for (UINT i = 0; i < parameters->cArgs; ++i) arguments.push_back(parameters->rgvarg[i].lVal);

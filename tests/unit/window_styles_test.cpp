@@ -73,3 +73,17 @@ TEST_CASE_FIXTURE(PageFixture, "the about box has texts, one to click on, a fram
     std::sort(wanted.begin(), wanted.end());
     CHECK(styles == wanted);
 }
+
+TEST_CASE_FIXTURE(Windows,
+                  "a window has the program's icon, an arrow, the face of a button and double-clicks") {
+    WNDCLASSEXW made = {};
+    made.cbSize = sizeof made;
+    REQUIRE(::GetClassInfoExW(::GetModuleHandleW(nullptr), L"QuillonMain", &made));
+    CHECK(made.style == CS_DBLCLKS);
+    const auto* const icon =
+        ::LoadImageW(made.hInstance, MAKEINTRESOURCEW(1), IMAGE_ICON, 0, 0, LR_DEFAULTSIZE | LR_SHARED);
+    CHECK(icon != nullptr);
+    CHECK(made.hIcon == icon);
+    CHECK(made.hCursor == ::LoadCursorW(nullptr, MAKEINTRESOURCEW(32512)));
+    CHECK(made.hbrBackground == reinterpret_cast<HBRUSH>(COLOR_BTNFACE + 1));
+}
