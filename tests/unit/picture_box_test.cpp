@@ -8,6 +8,7 @@
 
 #include "resources/resource_ids.h"
 #include "tests/support/replaced_import.h"
+#include "win32/system/canvas.h"
 #include "win32/system/resources.h"
 #include "win32/windows/window.h"
 
@@ -50,6 +51,15 @@ struct Canvas {
         ::DeleteDC(context);
     }
 };
+
+HDC deleted = nullptr;
+HGDIOBJ bitmapOfDeleted = nullptr;
+decltype(&::DeleteDC) realDeleteDC;
+BOOL WINAPI deleteContext(HDC context) {
+    deleted = context;
+    bitmapOfDeleted = ::GetCurrentObject(context, OBJ_BITMAP);
+    return realDeleteDC(context);
+}
 
 HDC target = nullptr;
 bool isEnded = false;
@@ -188,4 +198,17 @@ TEST_CASE_FIXTURE(Painting, "a double-click does what it is to do, and nothing w
     picture.onDoubleClick([&] { ++clicks; });
     CHECK(::SendMessageW(picture.handle(), WM_LBUTTONDBLCLK, 0, 0) == 0);
     CHECK(clicks == 1);
+}
+
+TEST_CASE("a canvas draws into its bitmap, gives it back and deletes its context") {
+    const ReplacedImport call("DeleteDC", &deleteContext, realDeleteDC);
+    const win32::OwnedBitmap bitmap(::CreateBitmap(8, 8, 1, 32, nullptr));
+    HDC context = nullptr;
+    {
+        const win32::Canvas canvas(bitmap.get());
+        context = canvas.context();
+        CHECK(::GetCurrentObject(context, OBJ_BITMAP) == bitmap.get());
+    }
+    CHECK(deleted == context);
+    CHECK(bitmapOfDeleted != bitmap.get());
 }

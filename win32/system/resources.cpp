@@ -2,6 +2,7 @@
 
 #include "win32/base/flavour.h"
 #include "win32/base/structure_size.h"
+#include "win32/system/canvas.h"
 
 namespace win32 {
 
@@ -22,24 +23,6 @@ OwnedBitmap loadBitmap(int resource) {
 }
 
 namespace {
-
-// A bitmap with a device context to draw with or from it.
-class Canvas {
-  public:
-    explicit Canvas(HBITMAP bitmap)
-        : context_(::CreateCompatibleDC(nullptr)), before_(::SelectObject(context_, bitmap)) {}
-    ~Canvas() {
-        ::SelectObject(context_, before_);
-        ::DeleteDC(context_);
-    }
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
-    HDC context() const { return context_; }
-
-  private:
-    HDC context_;
-    HGDIOBJ before_;
-};
 
 BITMAP sizeOf(const OwnedBitmap& bitmap) {
     BITMAP size = {};

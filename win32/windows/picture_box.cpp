@@ -1,5 +1,6 @@
 #include "win32/windows/picture_box.h"
 
+#include "win32/system/canvas.h"
 #include "win32/system/resources.h"
 
 namespace win32 {
@@ -52,14 +53,11 @@ void PictureBox::paint() const {
     send(::GetParent(handle()), WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(target),
          reinterpret_cast<LPARAM>(handle()));
     blendWith(::GetBkColor(target), picture);
-    HDC source = ::CreateCompatibleDC(target);
-    HGDIOBJ before = ::SelectObject(source, picture.bitmap.get());
+    const Canvas source(picture.bitmap.get());
     ::SetStretchBltMode(target, HALFTONE);
     ::SetBrushOrgEx(target, 0, 0, nullptr);  // HALFTONE asks for it
-    ::StretchBlt(target, 0, 0, client.right, client.bottom, source, 0, 0, picture.width, picture.height,
-                 SRCCOPY);
-    ::SelectObject(source, before);
-    ::DeleteDC(source);
+    ::StretchBlt(target, 0, 0, client.right, client.bottom, source.context(), 0, 0, picture.width,
+                 picture.height, SRCCOPY);
     ::EndPaint(handle(), &painting);
 }
 
