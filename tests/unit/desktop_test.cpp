@@ -115,6 +115,8 @@ TEST_CASE("the shell gets a record with owner, verb, file and flags, and nothing
         CHECK(shellRecord.hProcess == nullptr);
         CHECK_FALSE(isOpen(handed[0]));
     }
+    win32::desktop().shellExecute({SEE_MASK_NOCLOSEPROCESS, owner(), L"open", L"C:\\a.exe", SW_SHOW});
+    CHECK(shellRecord.nShow == SW_SHOW);
     given.second = L"not asked";
     CHECK_FALSE(files::ShowFileProperties(std::wstring(L"C:\\a\0b", 6), owner()));
     CHECK(given.second == L"not asked");

@@ -65,6 +65,14 @@ struct DllFolder {
     static constexpr const char* name = "SetDllDirectoryW";
     using Function = BOOL(WINAPI*)(const wchar_t*);
 };
+struct Disable {
+    static constexpr const char* name = "Wow64DisableWow64FsRedirection";
+    using Function = BOOL(WINAPI*)(void**);
+};
+struct Revert {
+    static constexpr const char* name = "Wow64RevertWow64FsRedirection";
+    using Function = BOOL(WINAPI*)(void*);
+};
 struct UserLanguage {
     static constexpr const char* name = "GetUserDefaultUILanguage";
     using Function = LANGID(WINAPI*)();
@@ -87,6 +95,8 @@ const LookedUp<ThemeActive> themeActive;
 const LookedUp<FinalPath> finalPath;
 const LookedUp<DefaultFolders> defaultFolders;
 const LookedUp<DllFolder> dllFolder;
+const LookedUp<Disable> disable;
+const LookedUp<Revert> revert;
 const LookedUp<UserLanguage> userLanguage;
 const LookedUp<SystemLanguage> systemLanguage;
 const LookedUp<LocaleName> localeName;
@@ -192,6 +202,21 @@ int WINAPI nameOf(LCID language, wchar_t* text, int room, DWORD flags) {
 int WINAPI noName(LCID, wchar_t* text, int, DWORD) {
     *text = L'x';
     return 0;
+}
+
+// How often the redirection of files was turned off and back.
+BOOL isTurnedOff = TRUE;
+int timesOff = 0, timesBack = 0;
+BOOL WINAPI turnOff(void** before) {
+    *before = &timesOff;
+    ++timesOff;
+    return isTurnedOff;
+}
+BOOL WINAPI turnBack(void* before) {
+    CHECK(before == &timesOff);
+    ++timesBack;
+    ::SetLastError(ERROR_GEN_FAILURE);
+    return FALSE;
 }
 
 // What is made and let go of, and the step that fails.
@@ -410,6 +435,25 @@ TEST_CASE_FIXTURE(TempFolder, "strings are looked for in the user's language, th
     }
     const ReplacedLookUp<LocaleName> none(&noName);
     CHECK(win32::displayedText(text) == L"English");
+}
+
+TEST_CASE("the redirection of files is put back as it was, and the last error stays") {
+    const bool isRedirected = isWide() && win32::isRedirected();
+    win32::NoFileRedirection();  // looks both up
+    const ReplacedLookUp<Disable> disabling(&turnOff);
+    const ReplacedLookUp<Revert> reverting(&turnBack);
+    timesOff = timesBack = 0;
+    for (const BOOL done : {TRUE, FALSE}) {
+        isTurnedOff = done;
+        {
+            const win32::NoFileRedirection off;
+            CHECK(timesBack == (isRedirected && !done ? 1 : 0));
+            ::SetLastError(ERROR_ACCESS_DENIED);
+        }
+        CHECK(::GetLastError() == ERROR_ACCESS_DENIED);
+    }
+    CHECK(timesOff == (isRedirected ? 2 : 0));
+    CHECK(timesBack == (isRedirected ? 1 : 0));
 }
 
 TEST_CASE_FIXTURE(TempFolder, "each function is looked up by its name in its library") {

@@ -268,3 +268,12 @@ TEST_CASE("no archive is opened by libzip's own file sources") {
     CHECK(zip_error_code_system(&error) == 0);
     zip_error_fini(&error);
 }
+
+TEST_CASE_FIXTURE(Sources, "a source that nobody takes lets go of its file") {
+    {
+        const support::ZipSource source = input("abc");
+        REQUIRE(zip_source_open(source.get()) == 0);
+        CHECK_FALSE(::DeleteFileW(file(L"input").c_str()));
+    }
+    CHECK(::DeleteFileW(file(L"input").c_str()));
+}
