@@ -110,16 +110,22 @@ class Worker(threading.Thread):
     def check(self, parts, tree, windows):
         """A mutant may leave something in Windows at which the next ones' tests fail. Where they fail without a mutant, what
         they said since they last passed is taken back, to be tried again."""
-        if self.unchecked and not all(stage.passes() for stage in parts if stage.name in CHECKED):
+        fault = self.unchecked and self.fault(parts)
+        if fault:
             with self.lock:
-                print(f'mutate: {len(self.unchecked)} trials are void, the tests fail without a mutant', flush=True)
+                print(f'mutate: {len(self.unchecked)} trials are void, without a mutant this fails: {fault}', flush=True)
                 for mutant in self.unchecked:
                     self.results.add(mutant, figures.VOID)
             windows.make()
             tree.forget_runs()
-            if not all(stage.passes() for stage in parts if stage.name in CHECKED):
-                raise SystemExit('mutate: the tests do not pass any more without a mutant')
+            fault = self.fault(parts)
+            if fault:
+                raise SystemExit(f'mutate: even in a new Windows this fails without a mutant: {fault}')
         self.unchecked = []
+
+    @staticmethod
+    def fault(parts):
+        return next(filter(None, (stage.fault() for stage in parts if stage.name in CHECKED)), '')
 
     def tell(self, mutant, outcome, stage, test, seconds):
         self.unchecked.append(mutant)

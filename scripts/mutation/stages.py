@@ -6,6 +6,7 @@ from pathlib import PurePosixPath
 
 from .running import Limits, run
 from .scratch import COPY_LIMIT
+from .trial import failing_test
 
 # A mutant may take this much longer than the program itself; by the clock more, since the machine has other work.
 PROCESSOR_ROOM, CLOCK_ROOM = 4, 20
@@ -51,9 +52,12 @@ class Stage:
     def run(self, mutant):
         return self.start(self.limits, mutant)
 
-    def passes(self):
-        """Without a mutant, in the Windows that mutants have run in."""
-        return self.build() and self.run(None).code == 0
+    def fault(self):
+        """What fails without a mutant, in the Windows that mutants have run in; empty when nothing does."""
+        if not self.build():
+            return 'the build'
+        ran = self.run(None)
+        return '' if ran.code == 0 else failing_test(ran.output)
 
 
 class Late(Stage):

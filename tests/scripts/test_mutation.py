@@ -218,7 +218,7 @@ class Figures(unittest.TestCase):
 class Checks(unittest.TestCase):
     """Windows as the mutants before have left it."""
 
-    def worker(self, *passing):
+    def worker(self, *faults):
         with tempfile.TemporaryDirectory() as folder:
             self.results = figures.Results(Path(folder) / 'results.jsonl', 1)
             worker = mutate.Worker(0, None, self.results, None)
@@ -227,26 +227,27 @@ class Checks(unittest.TestCase):
                 with contextlib.redirect_stdout(io.StringIO()):
                     worker.todo = queue.Queue()
                     worker.tell(mutant, 'killed', 'wide', 'a case', 1.0)
-            answers = iter(passing)
-            stage = types.SimpleNamespace(name='wide', passes=lambda: next(answers))
+            answers = iter(faults)
+            stage = types.SimpleNamespace(name='wide', fault=lambda: next(answers))
             self.made = []
-            with contextlib.redirect_stdout(io.StringIO()):
+            with contextlib.redirect_stdout(io.StringIO()) as self.told:
                 worker.check([stage], types.SimpleNamespace(forget_runs=lambda: self.made.append('tree')),
                              types.SimpleNamespace(make=lambda: self.made.append('Windows')))
             return worker
 
     def test_verdicts_stand_where_the_tests_pass(self):
-        worker = self.worker(True)
+        worker = self.worker('')
         self.assertEqual(([self.results.last(mutant) for mutant in self.mutants], self.made, worker.unchecked),
                          (['killed'] * 2, [], []))
 
     def test_they_are_taken_back_where_the_tests_fail(self):
-        worker = self.worker(False, True)
+        worker = self.worker('a test', '')
         self.assertEqual(([self.results.last(mutant) for mutant in self.mutants], self.made, worker.unchecked),
                          ([None] * 2, ['Windows', 'tree'], []))
+        self.assertIn('2 trials are void, without a mutant this fails: a test', self.told.getvalue())
 
     def test_nothing_goes_on_where_they_always_fail(self):
-        self.assertRaises(SystemExit, self.worker, False, False)
+        self.assertRaisesRegex(SystemExit, 'fails without a mutant: another', self.worker, 'a test', 'another')
 
 
 class Known(unittest.TestCase):
