@@ -105,6 +105,8 @@ TEST_CASE("a number beyond 2^31 of any kind is the 32-bit integer of the same bi
     CHECK(Call(operation, {of(VT_R8, 2147483647.0)}).argument(0).lVal == LONG_MAX);
     CHECK(Call(operation, {of(VT_R8, 4294967295.0)}).argument(0).lVal == -1);
     CHECK(Call(operation, {of(VT_R8, -5.0)}).argument(0).lVal == -5);
+    CHECK(Call(operation, {of(VT_R8, 2.7)}).argument(0).lVal == 3);
+    CHECK(raisedBy([&] { Call(operation, {of(VT_R8, -2147483649.0)}); }).number == DISP_E_OVERFLOW);
     CHECK(raisedBy([&] { Call(operation, {of(VT_R8, 4294967296.0)}); }).number == DISP_E_OVERFLOW);
     Variant text(L"2147483650");
     CHECK(raisedBy([&] { Call(operation, {text}); }).number == DISP_E_OVERFLOW);

@@ -1,10 +1,13 @@
 // The window: order of its work, what a page hands on, menu, keys, tools.
 #include <doctest/doctest.h>
 
+#include <new>
+
 #include "app/FMain.h"
 #include "app/backup.h"
 #include "app/main_menu.h"
 #include "app/start_up.h"
+#include "app/tools_menu.h"
 #include "resources/resource_ids.h"
 #include "tests/support/failing_classes.h"
 #include "tests/support/memory_shortage.h"
@@ -226,6 +229,53 @@ TEST_CASE_FIXTURE(Noted, "an error of the form's own loading is logged as Form_L
     CHECK(log.lines[0].level == 4);
     CHECK(log.lines[0].code == E_OUTOFMEMORY);
     CHECK(NotedPage::notes.empty());
+}
+
+TEST_CASE_FIXTURE(Noted, "an error in changing the page is logged as ts_Click's") {
+    const std::wstring longKey(200, L'k');
+    const app::PageRow rows[] = {{longKey.c_str(), L"A", nullptr, noted<L'a'>}};
+    NotedPage::replacement = &log;
+    app::FMain window(rows);
+    window.Form_Load();
+    log.lines.clear();
+    NMHDR changed = {::GetDlgItem(window.handle(), 200), 200, static_cast<UINT>(TCN_SELCHANGE)};
+    {
+        MemoryShortage shortage(300);
+        ::SendMessageW(window.handle(), WM_NOTIFY, 200, reinterpret_cast<LPARAM>(&changed));
+        CHECK(shortage.wasFelt());
+    }
+    REQUIRE(log.lines.size() == 1);
+    CHECK(log.lines[0].source == L"FMain.ts_Click");
+    CHECK(log.lines[0].code == E_OUTOFMEMORY);
+}
+
+TEST_CASE_FIXTURE(Window, "an error in a menu command is logged under the command's name") {
+    auto sourceOf = [&](auto command) {
+        log.lines.clear();
+        command();
+        REQUIRE(log.lines.size() == 1);
+        CHECK(log.lines[0].level == 4);
+        return log.lines[0].source;
+    };
+    const helmkit::Logger& logger = log.logger();
+    CHECK(sourceOf([&] {
+              MemoryShortage shortage(300);
+              app::mnuAbout_Click(parent.handle(), logger);
+              CHECK(shortage.wasFelt());
+          }) == L"FMain.mnuAbout_Click");
+    CHECK(sourceOf([&] {
+              struct : ScriptedDesktop {
+                  bool startProgram(const std::wstring&, const std::wstring&) override {
+                      throw std::bad_alloc();
+                  }
+              } withoutMemory;
+              app::mnuVisitWebsite_Click(logger);
+          }) == L"FMain.mnuVisitWebsite_Click");
+    desktop.whileOpen = [](const std::wstring&) { win32::raise(E_FAIL, L"no box"); };
+    CHECK(sourceOf([&] { app::mnuBackup_Click(parent.handle(), logger, folder.path()); }) ==
+          L"FMain.mnuBackup_Click");
+    CHECK(sourceOf([&] { app::mnuRestore_Click(parent.handle(), logger, folder.path()); }) ==
+          L"FMain.mnuRestore_Click");
 }
 
 TEST_CASE("five pages in their order, each with its key, caption and line in the log") {
