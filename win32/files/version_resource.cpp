@@ -58,29 +58,25 @@ OwnedPages readBySize(const VersionFunctions<F>& version, F f, const std::wstrin
     return {};
 }
 
-// What VerQueryValue points at, and how many items it may hold within the block. The length it tells is
+// What VerQueryValue points at, with as many items as it may hold within the block. The length it tells is
 // a number of characters for strings and of bytes for the rest.
 template <class Item, class F>
-bool queried(F f, std::string_view block, const std::wstring& path, const Item*& items, size_t& count) {
+std::optional<std::basic_string_view<Item>> queried(F f, std::string_view block, const std::wstring& path) {
     void* found = nullptr;
     UINT length = 0;
     if (block.empty() || !versionFunctions<F>().queryValue(block.data(), f.in(path), &found, &length) ||
         !found)
-        return false;
+        return {};
     auto* first = static_cast<const char*>(found);
     const char* end = block.data() + block.size();
-    if (first < block.data() || first > end) return false;
-    items = reinterpret_cast<const Item*>(first);
-    count = std::min<size_t>(length, (end - first) / sizeof(Item));
-    return true;
+    if (first < block.data() || first > end) return {};
+    return std::basic_string_view<Item>(reinterpret_cast<const Item*>(first),
+                                        std::min<size_t>(length, (end - first) / sizeof(Item)));
 }
 
 std::string translationBytes(std::string_view block) {
     return withFlavour([&](auto f) {
-        const char* bytes = nullptr;
-        size_t count = 0;
-        if (!queried(f, block, L"\\VarFileInfo\\Translation", bytes, count)) return std::string();
-        return std::string(bytes, count);
+        return std::string(queried<char>(f, block, L"\\VarFileInfo\\Translation").value_or(""));
     });
 }
 
@@ -125,10 +121,10 @@ std::optional<std::wstring> VersionResource::stringOf(const std::wstring& table,
     if (name.empty() || name.find(L'\\') != std::wstring::npos || name.find(L'\0') != std::wstring::npos)
         return {};
     return withFlavour([&]<class F>(F f) -> std::optional<std::wstring> {
-        const typename F::Char* characters = nullptr;
-        size_t count = 0;
-        if (!queried(f, block_, L"\\StringFileInfo\\" + table + L'\\' + name, characters, count)) return {};
-        return f.out(characters, std::find(characters, characters + count, typename F::Char{}) - characters);
+        using Char = typename F::Char;
+        const auto characters = queried<Char>(f, block_, L"\\StringFileInfo\\" + table + L'\\' + name);
+        if (!characters) return {};
+        return f.out(characters->data(), std::min(characters->find(Char{}), characters->size()));
     });
 }
 
