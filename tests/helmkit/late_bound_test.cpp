@@ -43,6 +43,18 @@ win32::Variant get(IDispatch* object, const wchar_t* name, std::vector<VARIANT> 
     return result;
 }
 
+// Bytes of the process heap that somebody holds.
+size_t heapInUse() {
+    size_t bytes = 0;
+    PROCESS_HEAP_ENTRY entry = {};
+    ::HeapLock(::GetProcessHeap());
+    while (::HeapWalk(::GetProcessHeap(), &entry)) {
+        if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) bytes += entry.cbData;
+    }
+    ::HeapUnlock(::GetProcessHeap());
+    return bytes;
+}
+
 struct LateBound : RegistryFixture {
     win32::ComPtr<helmkit::server::RegistryAccess> registry = make<helmkit::server::RegistryAccess>();
     win32::Variant hive{static_cast<LONG>(0x80000002)}, key{std::wstring(L"k")}, name{std::wstring(L"v")};
@@ -64,6 +76,19 @@ TEST_CASE_FIXTURE(LateBound, "results come back into variants") {
     win32::invoke(registry.get(), L"readvalue", missing, 5);
     CHECK(textOf(data) == L"");
     CHECK(status.lVal == 2);
+}
+
+TEST_CASE_FIXTURE(LateBound, "a call leaves no memory behind") {
+    auto call = [&] {
+        win32::Variant data, status;
+        VARIANT arguments[] = {hive, key, name, byReference(data), byReference(status)};
+        win32::invoke(registry.get(), L"ReadValue", arguments, 5);
+    };
+    call();  // what it keeps for good
+    const int calls = 500;
+    const size_t before = heapInUse();
+    for (int i = 0; i < calls; ++i) call();
+    CHECK(heapInUse() < before + calls);
 }
 
 TEST_CASE_FIXTURE(LateBound, "results come back into typed variables, converted to their type") {

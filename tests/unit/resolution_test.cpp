@@ -235,6 +235,17 @@ TEST_CASE_FIXTURE(Moving,
     }
 }
 
+TEST_CASE("a row image is as wide as asked and as high as its strip") {
+    for (int dpi : {96, 192}) {
+        auto images = win32::loadImages(RESOURCE_STATE_IMAGES, 8, RGB(192, 192, 192), dpi);
+        int width = 0, height = 0;
+        REQUIRE(::ImageList_GetIconSize(images.get(), &width, &height));
+        CHECK(width == 8 * dpi / 96);
+        CHECK(height == 16 * dpi / 96);
+        CHECK(::ImageList_GetImageCount(images.get()) == 6);
+    }
+}
+
 TEST_CASE("row images grow with the resolution and stay transparent around the circle") {
     const COLORREF background = RGB(10, 200, 30);
     for (int dpi : {96, 120, 144, 192}) {
