@@ -31,11 +31,7 @@ int __cxa_guard_acquire(long long* bytes) {
     const DWORD caller = ::GetCurrentThreadId();
     while (!guard.made) {
         DWORD maker = 0;
-        if (guard.maker.compare_exchange_strong(maker, caller)) {
-            if (!guard.made) return 1;
-            guard.maker = 0;
-            return 0;
-        }
+        if (guard.maker.compare_exchange_strong(maker, caller)) return 1;
         // The object needs itself to be made: waiting would have no end.
         if (maker == caller) std::abort();
         ::Sleep(1);
@@ -43,9 +39,9 @@ int __cxa_guard_acquire(long long* bytes) {
     return 0;
 }
 
+// The maker stays: nobody who looked a moment too early takes the turn again.
 void __cxa_guard_release(long long* guard) {
     guardIn(guard).made = 1;
-    guardIn(guard).maker = 0;
 }
 
 // Its constructor threw: whoever comes next tries again.
