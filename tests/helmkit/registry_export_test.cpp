@@ -4,6 +4,7 @@
 
 #include "helmkit/registry_access.h"
 #include "tests/support/memory_shortage.h"
+#include "tests/support/native_registry.h"
 #include "tests/support/objects.h"
 #include "tests/support/processor_time.h"
 #include "tests/support/registry_fixture.h"
@@ -12,7 +13,6 @@
 #include "win32/base/flavour.h"
 #include "win32/base/utf16_bytes.h"
 #include "win32/registry/registry.h"
-#include "win32/registry/registry_tree.h"
 
 namespace {
 
@@ -83,12 +83,7 @@ TEST_CASE_FIXTURE(Export, "roots have their long names") {
     const std::wstring header = L"\r\n[HKEY_CLASSES_ROOT\\" + own + L"]\r\n\"v\"=\"2\"\r\n";
     CHECK(helmkit::exportKey(HKEY_CLASSES_ROOT, own).text() == header);
     CHECK(helmkit::exportValue(HKEY_CLASSES_ROOT, own, L"v").text() == header);
-    key.close();
-    // The calls of Windows 9x would delete it in the other view.
-    const win32::Flavour before = win32::flavour();
-    win32::forceFlavour(win32::Flavour::wide);
-    CHECK(win32::deleteKeyTree(HKEY_CLASSES_ROOT, own) == ERROR_SUCCESS);
-    win32::forceFlavour(before);
+    CHECK(native<NTSTATUS(WINAPI*)(HANDLE)>("ZwDeleteKey")(key.get()) >= 0);
 }
 
 TEST_CASE_FIXTURE(Export, "expandable strings go as the bytes of this family's header") {

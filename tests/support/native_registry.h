@@ -1,5 +1,6 @@
 // The registry's native calls, which take counted names and open links as such. The program's own registry
-// code is what is tested, so the tests' view of the registry uses none of it.
+// code is what is tested, so the tests' view of the registry uses none of it. They are asked for by their
+// second names: the first ones are kept from the program where it plays Windows 98.
 #pragma once
 
 #include <string_view>
@@ -19,7 +20,7 @@ inline UNICODE_STRING counted(std::wstring_view text) {
     return {size, size, const_cast<wchar_t*>(text.data())};
 }
 
-// NtCreateKey or NtOpenKey by a counted name below a key; a link is opened itself. Null when it fails.
+// ZwCreateKey or ZwOpenKey by a counted name below a key; a link is opened itself. Null when it fails.
 inline HKEY nativeKey(const char* function, HKEY parent, std::wstring_view name,
                       ACCESS_MASK access = KEY_ALL_ACCESS) {
     using Call =
@@ -33,7 +34,7 @@ inline HKEY nativeKey(const char* function, HKEY parent, std::wstring_view name,
     attributes.ObjectName = &text;
     attributes.Attributes = ignoreCaseOpenLink;
     HANDLE key = nullptr;
-    NTSTATUS status = std::string_view(function) == "NtCreateKey"
+    NTSTATUS status = std::string_view(function) == "ZwCreateKey"
                           ? native<Call>(function)(&key, access, &attributes, 0, nullptr, 0, nullptr)
                           : native<Open>(function)(&key, access, &attributes);
     return status >= 0 ? static_cast<HKEY>(key) : nullptr;

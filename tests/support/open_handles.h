@@ -22,7 +22,7 @@ inline int openHandles() {
     using Query = NTSTATUS(WINAPI*)(int, void*, ULONG, ULONG*);
     const int handleInformation = 16;
     std::vector<char> room(1 << 22);
-    REQUIRE(native<Query>("NtQuerySystemInformation")(handleInformation, room.data(),
+    REQUIRE(native<Query>("ZwQuerySystemInformation")(handleInformation, room.data(),
                                                       static_cast<ULONG>(room.size()), nullptr) >= 0);
     const auto& table = *reinterpret_cast<const Table*>(room.data());
     const USHORT own = static_cast<USHORT>(::GetCurrentProcessId());

@@ -18,13 +18,13 @@ win32::OwnedKey createdKey(HKEY root, const std::wstring& path, DWORD options = 
 }
 
 void deleteAllBelow(HKEY key) {
-    static const auto deleteKey = native<NTSTATUS(WINAPI*)(HANDLE)>("NtDeleteKey");
+    static const auto deleteKey = native<NTSTATUS(WINAPI*)(HANDLE)>("ZwDeleteKey");
     wchar_t name[300];
     DWORD position = 0;
     for (;;) {
         DWORD length = 300;
         if (::RegEnumKeyExW(key, position, name, &length, nullptr, nullptr, nullptr, nullptr)) return;
-        win32::OwnedKey child(nativeKey("NtOpenKey", key, {name, length}));
+        win32::OwnedKey child(nativeKey("ZwOpenKey", key, {name, length}));
         bool isLink = child && !::RegQueryValueExW(child.get(), L"SymbolicLinkValue", nullptr, nullptr,
                                                    nullptr, nullptr);
         if (child && !isLink) deleteAllBelow(child.get());
@@ -40,7 +40,7 @@ std::wstring nativePath(HKEY key) {
     } name;
     ULONG size = 0;
     const int keyNameInformation = 3;
-    REQUIRE(native<Query>("NtQueryKey")(key, keyNameInformation, &name, sizeof name, &size) >= 0);
+    REQUIRE(native<Query>("ZwQueryKey")(key, keyNameInformation, &name, sizeof name, &size) >= 0);
     return win32::unitsOf({name.bytes + sizeof(ULONG), name.length});
 }
 
@@ -65,7 +65,7 @@ RegistryFixture::~RegistryFixture() {
     for (HKEY hive : {HKEY_LOCAL_MACHINE, HKEY_CURRENT_USER, HKEY_CLASSES_ROOT})
         ::RegOverridePredefKey(hive, nullptr);
     deleteAllBelow(base_.get());
-    native<NTSTATUS(WINAPI*)(HANDLE)>("NtDeleteKey")(base_.get());
+    native<NTSTATUS(WINAPI*)(HANDLE)>("ZwDeleteKey")(base_.get());
 }
 
 void RegistryFixture::makeKey(HKEY hive, const std::wstring& path) {
@@ -99,14 +99,14 @@ void RegistryFixture::setCounted(HKEY hive, const std::wstring& path, std::wstri
     using SetValue = NTSTATUS(WINAPI*)(HANDLE, UNICODE_STRING*, ULONG, ULONG, const void*, ULONG);
     win32::OwnedKey key = createdKey(hive, path);
     UNICODE_STRING text = counted(name);
-    NTSTATUS status = native<SetValue>("NtSetValueKey")(key.get(), &text, 0, type, bytes.data(),
+    NTSTATUS status = native<SetValue>("ZwSetValueKey")(key.get(), &text, 0, type, bytes.data(),
                                                         static_cast<ULONG>(bytes.size()));
     REQUIRE(status >= 0);
 }
 
 void RegistryFixture::makeCountedKey(HKEY hive, const std::wstring& path, std::wstring_view name) {
     win32::OwnedKey key = createdKey(hive, path);
-    win32::OwnedKey child(nativeKey("NtCreateKey", key.get(), name));
+    win32::OwnedKey child(nativeKey("ZwCreateKey", key.get(), name));
     REQUIRE(child);
 }
 
@@ -123,9 +123,9 @@ void RegistryFixture::makeLink(HKEY hive, const std::wstring& path, HKEY targetH
 void RegistryFixture::deleteKey(HKEY hive, const std::wstring& path) {
     const size_t end = path.rfind(L'\\');
     win32::OwnedKey key(
-        nativeKey("NtOpenKey", createdKey(hive, path.substr(0, end)).get(), path.substr(end + 1)));
+        nativeKey("ZwOpenKey", createdKey(hive, path.substr(0, end)).get(), path.substr(end + 1)));
     REQUIRE(key);
-    REQUIRE(native<NTSTATUS(WINAPI*)(HANDLE)>("NtDeleteKey")(key.get()) >= 0);
+    REQUIRE(native<NTSTATUS(WINAPI*)(HANDLE)>("ZwDeleteKey")(key.get()) >= 0);
 }
 
 void RegistryFixture::deleteBelow(HKEY hive, const std::wstring& path) {

@@ -42,7 +42,7 @@ void collect(HKEY key, const std::wstring& path, Snapshot& all, Buffers& buffers
         DWORD length = 300;
         wchar_t name[300];
         if (::RegEnumKeyExW(key, position, name, &length, nullptr, nullptr, nullptr, nullptr)) return;
-        win32::OwnedKey child(nativeKey("NtOpenKey", key, {name, length}, KEY_READ));
+        win32::OwnedKey child(nativeKey("ZwOpenKey", key, {name, length}, KEY_READ));
         collect(child.get(), path + L'\\' + std::wstring(name, length), all, buffers);
     }
 }
