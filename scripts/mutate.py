@@ -37,6 +37,7 @@ FOLDERS = ['app', 'startup', 'files', 'helmkit', 'support', 'plugin', 'win32']
 WORK = TOP / 'build' / 'mutation'
 WANTED = 95
 POLITE = 10  # how nice it is, whatever started it: on a busy machine twice as much is no progress at all
+SOILING = ('com',)  # stages that, cut short, leave registered classes behind
 CHECKED, CHECKED_AFTER = ('wide', 'ansi'), 25  # stages, and trials
 
 
@@ -96,7 +97,10 @@ class Worker(threading.Thread):
         for stage in parts:
             stage.prepare()
         for mutant in iter(self.next_mutant, None):
-            self.tell(mutant, *tried(mutant, tree, parts))
+            outcome, stage, *rest = tried(mutant, tree, parts)
+            self.tell(mutant, outcome, stage, *rest)
+            if stage in SOILING:
+                windows.make()
             if len(self.unchecked) >= CHECKED_AFTER:
                 self.check(parts, tree, windows)
         self.check(parts, tree, windows)
