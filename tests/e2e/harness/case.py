@@ -39,7 +39,8 @@ class Case(unittest.TestCase):
 
     def start_probe(self, before_exec=None):
         """What the program will be started from."""
-        self.probe = Probe(paths.probe(self.architecture), self.prefix.environment, self.windows98.trace_file, before_exec)
+        self.wine_says = self.windows98.trace_file or self.prefix.folder / 'wine.log'
+        self.probe = Probe(paths.probe(self.architecture), self.prefix.environment, self.wine_says, before_exec)
         self.addCleanup(self.probe.close)
 
     def start_probe_with_little_room(self):
@@ -60,8 +61,7 @@ class Case(unittest.TestCase):
         kept = paths.LOGS / f'{self.architecture}-{FAMILY}-{self.name}'
         shutil.rmtree(kept, ignore_errors=True)
         shutil.copytree(self.folder, kept, ignore=shutil.ignore_patterns('*.exe', '*.dll'))
-        if self.windows98.trace_file:
-            shutil.copy(self.windows98.trace_file, kept / 'trace')
+        shutil.copy(self.wine_says, kept / 'trace')
         os.system(f'import -window root "{kept}/screen.png" 2>/dev/null')
 
     def look_for_refusals(self):
