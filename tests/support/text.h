@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include <doctest/doctest.h>
 
@@ -22,6 +23,15 @@ struct StringMaker<std::wstring> {
         }
         shown += '"';
         return shown.c_str();
+    }
+};
+
+template <>
+struct StringMaker<std::vector<std::wstring>> {
+    static String convert(const std::vector<std::wstring>& texts) {
+        String shown = "{";
+        for (const std::wstring& text : texts) shown += StringMaker<std::wstring>::convert(text) + " ";
+        return shown + "}";
     }
 };
 
