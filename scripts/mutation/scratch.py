@@ -73,7 +73,9 @@ class Builder:
 
     def __init__(self, folder, jobs):
         self.folder, self.jobs = folder, jobs
-        self.environment = {**os.environ, 'CCACHE_BASEDIR': str(folder), 'CCACHE_NOHASHDIR': '1'}
+        self.environment = {**os.environ, 'CCACHE_BASEDIR': str(folder), 'CCACHE_NOHASHDIR': '1',
+                            # Without this it does nothing for sources with a precompiled header.
+                            'CCACHE_SLOPPINESS': 'pch_defines,time_macros'}
         if shutil.which('ccache'):
             self.environment['CMAKE_CXX_COMPILER_LAUNCHER'] = 'ccache'
         self.configured = set()
