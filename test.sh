@@ -2,6 +2,7 @@
 # Builds everything and runs every test. The last line is `N passed, N failed, N skipped`; the exit status is 0
 # when nothing failed. What failed is told in full in build/test-logs.
 set -uo pipefail
+. "$(dirname "$0")/scripts/fixed-addresses.sh"
 cd "$(dirname "$0")" || exit
 . scripts/display.sh
 

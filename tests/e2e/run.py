@@ -18,7 +18,7 @@ from pathlib import Path
 
 HERE = Path(__file__).resolve().parent
 sys.path.insert(0, str(HERE))
-from harness import paths  # noqa: E402
+from harness import addresses, paths  # noqa: E402
 from harness.display import Display  # noqa: E402
 
 COMBINATIONS = ['x86:win98', 'x86:win2k', 'x86:winxp', 'x86:win10', 'x64:win2k', 'x64:winxp', 'x64:win10']
@@ -117,6 +117,7 @@ def main():
     if chosen.here:
         return run_cases(chosen.folder, chosen.pattern)
     sweep()
+    addresses.fix()
     options = ['--cases', chosen.folder, *(['-k', chosen.pattern] if chosen.pattern else [])]
     with ThreadPoolExecutor(chosen.jobs) as pool:
         counts = list(pool.map(lambda combination: run_combination(combination, options),

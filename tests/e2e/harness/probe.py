@@ -24,8 +24,9 @@ class ProbeEnded(AssertionError):
 
 
 def tried_again(start, failure):
-    """What `start()` gives. On a busy machine Wine fails to start a program at times (1359 is one of its answers), so
-    that our own tools and Wine's may be started again. The product never is: its start is what is tested."""
+    """What `start()` gives. Where addresses stay random (addresses.py) Wine fails to start a program at times (1359 is
+    one of its answers), so that our own tools and Wine's may be started again. The product never is: its start is
+    what is tested."""
     for attempt in range(1, PEER_STARTS + 1):
         try:
             return start()
