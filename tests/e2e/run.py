@@ -66,7 +66,7 @@ def run_cases(folder, pattern):
     with open(os.devnull, 'w') as nowhere:
         result = unittest.TextTestRunner(stream=nowhere, resultclass=Report).run(suite)
     for test, trace in result.failures + result.errors:
-        print(f'\n{test.id()}\n{trace}')
+        print(f'\n{test.id()}\n{trace}{getattr(test, "wine_said", "")}')
     failed = len({test.id() for test, _ in result.failures + result.errors})
     skipped = len(result.skipped)
     print(f'{result.testsRun - failed - skipped} passed, {failed} failed, {skipped} skipped')

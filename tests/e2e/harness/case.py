@@ -15,6 +15,7 @@ from .waiting import wait_for
 ARCHITECTURE = os.environ.get('QUILLON_ARCHITECTURE', 'x86')
 FAMILY = os.environ.get('QUILLON_FAMILY', 'winxp')
 FOLDER = 'C:\\Quillon'
+SHOWN = 12  # lines of what Wine said, with a failure
 TAB_STATES = ('Run', 'Winlogon', 'Other', 'Services')
 RUN = 'SOFTWARE\\Microsoft\\Windows\\CurrentVersion\\Run'
 
@@ -40,7 +41,9 @@ class Case(unittest.TestCase):
     def start_probe(self, before_exec=None):
         """What the program will be started from."""
         self.wine_says = self.windows98.trace_file or self.prefix.folder / 'wine.log'
-        self.probe = Probe(paths.probe(self.architecture), self.prefix.environment, self.wine_says, before_exec)
+        # Wine's own errors are kept: some end a program without another word.
+        environment = {**self.prefix.environment, 'WINEDEBUG': 'fixme-all'}
+        self.probe = Probe(paths.probe(self.architecture), environment, self.wine_says, before_exec)
         self.addCleanup(self.probe.close)
 
     def start_probe_with_little_room(self):
@@ -62,6 +65,8 @@ class Case(unittest.TestCase):
         shutil.rmtree(kept, ignore_errors=True)
         shutil.copytree(self.folder, kept, ignore=shutil.ignore_patterns('*.exe', '*.dll'))
         shutil.copy(self.wine_says, kept / 'trace')
+        said = self.wine_says.read_text(encoding='utf-8', errors='replace').splitlines()
+        self.wine_said = '\n'.join(['', 'Wine said at the end:', *said[-SHOWN:], ''])
         os.system(f'import -window root "{kept}/screen.png" 2>/dev/null')
 
     def look_for_refusals(self):

@@ -53,7 +53,8 @@ class Program:
         return self.probe.ask('windows', self.pid)['windows']
 
     def _main(self):
-        assert self.running(), 'the program ended before its window was shown'
+        state = self.probe.ask('state', self.pid)
+        assert state['running'], f'the program ended before its window was shown: exit code {state["code"]:#x}'
         try:
             return next((window for window in self.windows() if window['class'] == 'QuillonMain'), None)
         except ProbeError:  # it does not answer yet
