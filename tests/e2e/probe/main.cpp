@@ -52,6 +52,15 @@ std::string answer(const Commands& commands, const std::string& line) {
     }
 }
 
+// As on a machine where somebody has logged on. Otherwise the program and the probe would each start one, and
+// the program has no display where that start fails. A window shows whether there is a display behind the
+// desktop.
+bool startDesktop() {
+    HWND window =
+        ::CreateWindowW(L"STATIC", nullptr, WS_POPUP, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+    return window && ::DestroyWindow(window);
+}
+
 }  // namespace
 }  // namespace probe
 
@@ -60,6 +69,7 @@ int main() {
     _setmode(_fileno(stdout), _O_BINARY);
     // Places of windows in true pixels, as the program itself has them.
     ::SetProcessDPIAware();
+    if (!probe::startDesktop()) return 1;
     probe::Commands commands;
     probe::addProcessCommands(commands);
     probe::addWindowCommands(commands);
