@@ -74,8 +74,8 @@ copy_base() {
     [ "$windows" != unmanaged ] || printf '\n[Software\\\\Wine\\\\X11 Driver]\n"Managed"="N"\n' >>"$folder/user.reg"
 }
 
-# Where addresses stay random (fixed-addresses.sh) a start may fail once; then half of the tests would be left out. Afterwards the server goes on writing
-# registry files for a while: a copy of the base that is made meanwhile fails.
+# Where addresses stay random (fixed-addresses.sh) a start may fail once; then half of the tests would be left out.
+# Afterwards the server goes on writing registry files for a while: a copy of the base that is made meanwhile fails.
 runs_32bit() {
     local attempt status=1
     for attempt in 1 2 3; do
