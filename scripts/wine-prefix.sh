@@ -27,6 +27,7 @@ use_base_of() {
 
 # A prefix that was cut short while being made must not be taken for a finished one.
 make_base() {
+    [ ! -f "$base/.quillon-base" ] || return 0
     mkdir -p "$(dirname "$base")"
     (flock 9 && make_base_alone) 9>"$base.lock"
 }
@@ -55,20 +56,26 @@ make_base_alone() {
     : >"$base/.quillon-base"
 }
 
+# Of those files that there are.
+own_copies() {
+    local folder=$1 file files=()
+    shift
+    for file; do [ ! -e "$file" ] || files+=("$file"); done
+    [ ${#files[@]} = 0 ] || cp -p --remove-destination "${files[@]}" "$folder"
+}
+
 # Hard links share what nobody changes. The registry files and the ini files are written in place
 # (wineserver only renames a new file over a registry file that has a single link), so they are copied.
 copy_base() {
-    local folder=$1 family=$2 windows=${3:-} file
-    wineserver_of "$folder" -k
-    rm -rf "$folder"
+    local folder=$1 family=$2 windows=${3:-}
+    if [ -e "$folder" ]; then
+        wineserver_of "$folder" -k
+        rm -rf "$folder"
+    fi
     mkdir -p "$(dirname "$folder")"
     cp -al "$base" "$folder"
-    for file in system.reg user.reg userdef.reg .update-timestamp wineserver \
-        drive_c/windows/win.ini drive_c/windows/system.ini; do
-        [ -e "$folder/$file" ] || continue
-        cp -p "$folder/$file" "$folder/$file.own"
-        mv -f "$folder/$file.own" "$folder/$file"
-    done
+    own_copies "$folder" "$base"/{system.reg,user.reg,userdef.reg,.update-timestamp,wineserver}
+    own_copies "$folder/drive_c/windows" "$base"/drive_c/windows/{win,system}.ini
     printf '\n[Software\\\\Wine]\n"Version"="%s"\n' "$family" >>"$folder/user.reg"
     # Without a window manager Wine waits two seconds for one at every window that opens or closes.
     [ "$windows" != unmanaged ] || printf '\n[Software\\\\Wine\\\\X11 Driver]\n"Managed"="N"\n' >>"$folder/user.reg"
