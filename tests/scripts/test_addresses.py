@@ -53,7 +53,7 @@ class OfAShellScript(unittest.TestCase):
             refusing.chmod(0o755)
             said = self.said(path=f'{folder}:{os.environ["PATH"]}')
         self.assertTrue(said.startswith('*** Addresses stay random here'), said)
-        self.assertEqual((said.count('2 one argument\n'), len(set(heaps(said)))), (1, 2))
+        self.assertEqual(said.count('2 one argument\n'), 1)
 
 
 class OfAPythonProgram(unittest.TestCase):
