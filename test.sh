@@ -18,14 +18,15 @@ give_up() {
 # A step runs with its output in a log of its own; what it counted is read from there afterwards, so that steps
 # can run side by side.
 step() {
-    local name=$1 status=0
+    local name=$1 status=0 began=$SECONDS
     shift
     "$@" >"$logs/$name.log" 2>&1 || status=$?
     printf '%s\n' "$status" >"$logs/$name.status"
+    printf '%s\n' $((SECONDS - began)) >"$logs/$name.seconds"
 }
 
 add() {
-    table+=("$(printf '%-28s %7d %7d %7d   %s' "$@")")
+    table+=("$(printf '%-28s %7d %7d %7d %7s   %s' "$@")")
     passed=$((passed + $2)) failed=$((failed + $3)) skipped=$((skipped + $4))
 }
 
@@ -45,12 +46,12 @@ collect() {
     if [ "$status" != 0 ] && [ "$f" = 0 ]; then f=1; fi
     [ -n "$counts" ] && [ $((p + f + s)) -gt 0 ] || { f=1 note='nothing was counted'; }
     [ "$f" = 0 ] || note="$note see $logs/$name.log"
-    add "$name" "$p" "$f" "$s" "$note"
+    add "$name" "$p" "$f" "$s" "$(cat "$logs/$name.seconds")" "$note"
 }
 
 skip() {
     printf '\n*** SKIPPED: %s: %s ***\n\n' "$1" "$2"
-    add "$1" 0 0 "$3" "SKIPPED: $2"
+    add "$1" 0 0 "$3" - "SKIPPED: $2"
 }
 
 under_wine() {
@@ -175,7 +176,7 @@ for name in native "${names[@]}" "${steps[@]}"; do
 done
 grep -hE '^e2e ' "$logs/e2e.log"
 grep -hE '^fuzz_' "$logs/fuzz.log"
-printf '\n%-28s %7s %7s %7s\n' '' passed failed skipped
+printf '\n%-28s %7s %7s %7s %7s\n' '' passed failed skipped seconds
 printf '%s\n' "${table[@]}"
 printf '\ntest: %d s without the set-up\n' $((SECONDS - began))
 printf '%d passed, %d failed, %d skipped\n' "$passed" "$failed" "$skipped"
