@@ -7,6 +7,7 @@
 #
 # docs/performance.md explains the figures. QUILLON_BUILD names another build folder than build/ARCHITECTURE.
 set -euo pipefail
+. "$(dirname "$0")/fixed-addresses.sh"
 cd "$(dirname "$0")/.."
 . scripts/display.sh
 

@@ -8,6 +8,7 @@
 # those of the runs before it when it ends. A program that is ended from outside leaves none. What nothing reached is
 # listed in build/coverage/unreached.txt. That a test fails is told, and changes nothing else: test.sh judges.
 set -uo pipefail
+. "$(dirname "$0")/fixed-addresses.sh"
 cd "$(dirname "$0")/.." || exit
 . scripts/display.sh
 

@@ -8,6 +8,7 @@
 #
 # Needs the built tests (scripts/build.sh). The last lines are doctest's.
 set -euo pipefail
+. "$(dirname "$0")/fixed-addresses.sh"
 cd "$(dirname "$0")/.."
 . scripts/display.sh
 

@@ -24,6 +24,7 @@ from pathlib import Path
 
 TOP = Path(__file__).resolve().parents[1]
 sys.path[:0] = [str(TOP / 'scripts'), str(TOP / 'tests' / 'e2e')]
+from harness import addresses  # noqa: E402
 from harness.display import Display  # noqa: E402
 from mutation import results as figures  # noqa: E402
 from mutation.equivalents import Equivalents  # noqa: E402
@@ -161,6 +162,7 @@ def try_all(mutants, results, options):
 def main():
     options = options_of()
     os.nice(max(0, POLITE - os.nice(0)))
+    addresses.fix()
     equivalents = Equivalents.read(TOP / 'tests' / 'mutation' / 'equivalents.tsv')
     for row in equivalents.void(TOP):
         print('mutate: this equivalent fits no line, or more than one: ' + ' | '.join(row))

@@ -7,6 +7,7 @@
 # its own, and those of very many objects: each object takes two mappings, of which Linux allows a process but so many.
 # Its last line is `N passed, N failed, N skipped`.
 set -uo pipefail
+. "$(dirname "$0")/fixed-addresses.sh"
 cd "$(dirname "$0")/.." || exit
 . scripts/display.sh
 

@@ -2,6 +2,7 @@
 # Zips one file of 5 GiB (sparse) with the built program's zip writer and reads the archive back with three other
 # tools. Takes minutes, so it is no part of test.sh:  scripts/zip64.sh [x86 | x64 ...]  (after scripts/build.sh)
 set -euo pipefail
+. "$(dirname "$0")/fixed-addresses.sh"
 cd "$(dirname "$0")/.."
 
 [ $# -gt 0 ] || set -- x86 x64
