@@ -14,13 +14,13 @@ COLOURS = {'general-refresh': '#1f5fa8', 'services-refresh': '#b5541c'}
 
 
 def series(figures):
-    """The figures of several sizes: name to a list of (entries, ours, floor)."""
+    """The figures of several sizes: name to a list of (entries, ours, floor). One size (--quick) makes no line."""
     found = {}
     for figure in figures:
         sized = re.fullmatch(r'(.+)-(\d+)', figure['name'])
         if sized and figure['floor_us']:
             found.setdefault(sized[1], []).append((int(sized[2]), figure['ours_us'], figure['floor_us']))
-    return {name: sorted(points) for name, points in found.items()}
+    return {name: sorted(points) for name, points in found.items() if len(points) > 1}
 
 
 def decades(values):
